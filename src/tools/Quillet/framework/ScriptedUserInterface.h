@@ -1,0 +1,44 @@
+// A UserInterface that answers from queues and records every box it was shown.
+// It stands for the person in tests and in the command-line tool.
+#pragma once
+
+#include <deque>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "UserInterface.h"
+
+namespace framework {
+
+struct RecordedBox {
+    std::string text;
+    std::string caption;
+    MessageIcon icon;
+    MessageButtons buttons;
+};
+
+class ScriptedUserInterface : public UserInterface {
+public:
+    // Answers for the next boxes, in order. With the queue empty a box gets its default
+    // answer, as if Enter was pressed.
+    std::deque<Answer> answers;
+    // Answers for the next file pickers; nothing means Cancel. Empty queue: Cancel.
+    std::deque<std::optional<std::string>> file_names;
+
+    std::vector<RecordedBox> boxes;
+    std::vector<FileDialogRequest> file_requests;
+    int wait_cursor_depth = 0;
+
+    Answer MessageBox(const std::string& text, const std::string& caption, MessageIcon icon,
+                      MessageButtons buttons) override;
+    std::optional<std::string> AskOpenFileName(const FileDialogRequest& request) override;
+    std::optional<std::string> AskSaveFileName(const FileDialogRequest& request) override;
+    void BeginWaitCursor() override { ++wait_cursor_depth; }
+    void EndWaitCursor() override { --wait_cursor_depth; }
+
+private:
+    std::optional<std::string> NextFileName(const FileDialogRequest& request);
+};
+
+}  // namespace framework

@@ -1,0 +1,52 @@
+// Everything that asks a person: message boxes, file pickers, the wait cursor.
+//
+// The Qt layer answers with real dialogs; tests and the command line use
+// ScriptedUserInterface. No code outside the Qt implementation opens a dialog itself.
+#pragma once
+
+#include <optional>
+#include <string>
+
+namespace framework {
+
+enum class MessageIcon { None, Information, Warning, Stop, Question };
+enum class MessageButtons { Ok, OkCancel, YesNo, YesNoCancel, RetryCancel };
+enum class Answer { Ok, Cancel, Retry, Yes, No };
+
+// The answer a box gives when the person just presses Enter.
+Answer DefaultAnswer(MessageButtons buttons);
+
+struct FileDialogRequest {
+    std::string title;
+    std::string filter;             // "QlT Files (*.qlt)"
+    std::string default_extension;  // ".qlt"
+    std::string initial_path;
+};
+
+class UserInterface {
+public:
+    virtual ~UserInterface() = default;
+
+    virtual Answer MessageBox(const std::string& text, const std::string& caption, MessageIcon icon,
+                              MessageButtons buttons) = 0;
+    // The chosen path, or nothing when the person cancelled.
+    virtual std::optional<std::string> AskOpenFileName(const FileDialogRequest& request) = 0;
+    virtual std::optional<std::string> AskSaveFileName(const FileDialogRequest& request) = 0;
+
+    virtual void BeginWaitCursor() = 0;
+    virtual void EndWaitCursor() = 0;
+};
+
+// Shows the wait cursor for as long as it lives.
+class WaitCursor {
+public:
+    explicit WaitCursor(UserInterface& ui) : ui_(ui) { ui_.BeginWaitCursor(); }
+    ~WaitCursor() { ui_.EndWaitCursor(); }
+    WaitCursor(const WaitCursor&) = delete;
+    WaitCursor& operator=(const WaitCursor&) = delete;
+
+private:
+    UserInterface& ui_;
+};
+
+}  // namespace framework

@@ -1,0 +1,134 @@
+#include "ProjectFile.h"
+
+#include <cstdio>
+
+#include "piece_files.h"
+#include "qlt_errors.h"
+#include "qlt_paths.h"
+#include "qlt_syntax.h"
+
+namespace {
+
+using PieceFileLoader = bool (*)(QLT_FILE&, const std::string&);
+
+std::string FormatVersion() {
+    char text[32];
+    std::snprintf(text, sizeof text, "%.2f", static_cast<double>(kQltFileVersion));
+    return text;
+}
+
+void ReadDimension(Archive& archive, std::string_view open, std::string_view close,
+                   int32_t& value) {
+    std::string line;
+    ReadTrimmedLine(archive, line);
+    if (!MatchTag(line, open, close))
+        throw NOT_A_LPAGE();
+    ReadIntValue(line, value);
+}
+
+// A piece file that does not load is forgotten without a word.
+void ReadPieceFileName(Archive& archive, std::string_view open, std::string_view close,
+                       QLT_FILE& qlt_file, std::string& name, PieceFileLoader load) {
+    std::string line;
+    ReadTrimmedLine(archive, line);
+    if (!MatchTag(line, open, close))
+        throw NOT_A_LPAGE();
+    MakeAbsolutePath(line);
+    name = line;
+    if (!load(qlt_file, name))
+        name.clear();
+}
+
+void ReadLayoutSection(Archive& archive, QLT_FILE& qlt_file) {
+    ReadDimension(archive, "<layout_width>", "</layout_width>", qlt_file.layout_width);
+    ReadDimension(archive, "<layout_height>", "</layout_height>", qlt_file.layout_height);
+    ReadPieceFileName(archive, "<piece_types_fname>", "</piece_types_fname>", qlt_file,
+                      qlt_file.piece_types_fname, LoadPieceTypesFile);
+    ReadPieceFileName(archive, "<piece_texts_fname>", "</piece_texts_fname>", qlt_file,
+                      qlt_file.piece_texts_fname, LoadPieceTextsFile);
+    std::string line;
+    ReadTrimmedLine(archive, line);
+    while (MatchTag(line, "<texture_path>", "</texture_path>")) {
+        qlt_file.common_texture_paths.push_back(line);
+        ReadTrimmedLine(archive, line);
+    }
+    while (MatchTag(line, "<fmv_path>", "</fmv_path>")) {
+        qlt_file.common_fmv_paths.push_back(line);
+        ReadTrimmedLine(archive, line);
+    }
+    while (line != "</layout>") {
+        if (!IsBlankLine(line))
+            SkipRecord(archive, line, {}, "</lpage>");
+        ReadAwaitedLine(archive, line);
+    }
+}
+
+void WriteLayoutSection(Archive& archive, const QLT_FILE& qlt_file) {
+    WriteOpenTag(archive, "<layout>");
+    WriteTagLine(archive, "<layout_width>", FormatInt(qlt_file.layout_width), "</layout_width>");
+    WriteTagLine(archive, "<layout_height>", FormatInt(qlt_file.layout_height), "</layout_height>");
+    std::string types = qlt_file.piece_types_fname;
+    MakeRelativePath(types);
+    WriteTagLine(archive, "<piece_types_fname>", types, "</piece_types_fname>");
+    std::string texts = qlt_file.piece_texts_fname;
+    MakeRelativePath(texts);
+    WriteTagLine(archive, "<piece_texts_fname>", texts, "</piece_texts_fname>");
+    for (const std::string& path : qlt_file.common_texture_paths)
+        WriteTagLine(archive, "<texture_path>", path, "</texture_path>");
+    for (const std::string& path : qlt_file.common_fmv_paths)
+        WriteTagLine(archive, "<fmv_path>", path, "</fmv_path>");
+    WriteCloseLine(archive, "</layout>");
+}
+
+// Sections whose records this program does not read yet: passed over whole.
+struct PassedOverSection {
+    std::string_view open;
+    std::string_view nested;  // an opener that nests inside the section, or empty
+    std::string_view close;
+};
+constexpr PassedOverSection kPassedOverSections[] = {
+    {"<texture>", {}, "</texture>"},
+    {"<font>", {}, "</font>"},
+    {"<fmv>", {}, "</fmv>"},
+    {"<UI object>", "<UI object>", "</UI object>"},
+};
+
+// One top-level line that opens a section; false when the line opens none.
+bool ReadSection(Archive& archive, std::string& line, ProjectRecords& records) {
+    if (BeginsWith(line, "<layout>")) {
+        // A second <layout> section reads into the same record: the two add up.
+        try {
+            ReadLayoutSection(archive, records.qlt_file);
+        } catch (const NOT_A_LPAGE&) {
+        }
+        return true;
+    }
+    for (const PassedOverSection& section : kPassedOverSections) {
+        if (BeginsWith(line, section.open)) {
+            SkipRecord(archive, line, section.nested, section.close);
+            return true;
+        }
+    }
+    return false;
+}
+
+}  // namespace
+
+void ReadProject(Archive& archive, ProjectRecords& records) {
+    std::string line;
+    while (archive.ReadString(line)) {
+        if (IsBlankLine(line))
+            continue;
+        std::string version = line;
+        if (MatchTag(version, "<version>", "</version>"))
+            continue;  // read, never used
+        if (!ReadSection(archive, line, records))
+            throw NOT_A_QLT_FILE();
+    }
+}
+
+void WriteProject(Archive& archive, const ProjectRecords& records) {
+    write_indent = 0;
+    WriteTagLine(archive, "<version>", FormatVersion(), "</version>");
+    WriteLayoutSection(archive, records.qlt_file);
+}

@@ -1,0 +1,125 @@
+#include "QuilletDoc.h"
+
+#include "ProjectFile.h"
+#include "framework/Application.h"
+#include "layout/LayoutPageDoc.h"
+#include "qlt_errors.h"
+#include "qlt_paths.h"
+#include "texture/TexturePageDoc.h"
+
+namespace {
+
+enum TemplateIndex { kProjectTemplate, kTexturePageTemplate, kLayoutPageTemplate };
+
+std::vector<framework::Document*> OpenDocumentsOf(TemplateIndex index) {
+    const framework::Application* application = framework::Application::Instance();
+    if (application == nullptr || application->Templates().size() <= static_cast<size_t>(index))
+        return {};
+    return application->Templates()[index]->GetDocuments();
+}
+
+}  // namespace
+
+CQuilletDoc* GetProjectDoc() {
+    const std::vector<framework::Document*> projects = OpenDocumentsOf(kProjectTemplate);
+    return projects.empty() ? nullptr : dynamic_cast<CQuilletDoc*>(projects.front());
+}
+
+bool CloseCurrentProject() {
+    if (GetProjectDoc() == nullptr)
+        return true;
+    framework::Application& application = *framework::Application::Instance();
+    if (!application.SaveAllModified())
+        return false;
+    application.CloseAllDocuments();
+    return true;
+}
+
+void CQuilletDoc::Serialize(framework::Archive& archive) {
+    framework::WaitCursor wait(App().UI());
+    SetProjectBaseDir(archive.GetFilePath());
+    if (archive.IsStoring()) {
+        WriteProject(archive, records_);
+        return;
+    }
+    // Read into records of our own first: a file that fails to read changes nothing.
+    ProjectRecords loaded;
+    ReadProject(archive, loaded);
+    AdoptRecords(std::move(loaded));
+}
+
+void CQuilletDoc::AdoptRecords(ProjectRecords&& loaded) {
+    records_.qlt_file = std::move(loaded.qlt_file);
+}
+
+bool CQuilletDoc::OnOpenDocument(const std::string& path) {
+    const bool loaded = Document::OnOpenDocument(path);
+    TakeSnapshot();
+    return loaded;
+}
+
+bool CQuilletDoc::OnSaveDocument(const std::string& path) {
+    if (!Document::OnSaveDocument(path))
+        return false;
+    ClearAllModified();
+    return true;
+}
+
+void CQuilletDoc::ReportLoadFailure(std::exception_ptr failure, const framework::Archive& archive) {
+    const char* name = ReadErrorName(failure);
+    App().UI().MessageBox(std::string("Cannot read project file: ") +
+                              (name != nullptr ? name : "unknown error") + " at line " +
+                              std::to_string(archive.LineNumber()),
+                          "Error", framework::MessageIcon::Stop, framework::MessageButtons::Ok);
+}
+
+void CQuilletDoc::TakeSnapshot() {
+    if (checkpoint_lock >= 1)
+        return;
+    framework::Archive archive = framework::Archive::ForStoring({});
+    archive.Reserve(static_cast<size_t>(grow_size));
+    Serialize(archive);
+    PushSnapshot(archive.TakeBytes());
+    redo_list.clear();
+}
+
+void CQuilletDoc::RestoreSnapshot(const std::string& snapshot) {
+    framework::Archive archive = framework::Archive::ForLoading(snapshot, {});
+    LoadFrom(archive);
+}
+
+void CQuilletDoc::OnEditUndo() {
+    StepAndRefresh(&SnapshotUndo::UndoStep);
+}
+
+void CQuilletDoc::OnEditRedo() {
+    StepAndRefresh(&SnapshotUndo::RedoStep);
+}
+
+void CQuilletDoc::StepAndRefresh(bool (SnapshotUndo::*step)()) {
+    auto* active = dynamic_cast<CLayoutPageDoc*>(App().GetActiveDocument());
+    if (active == nullptr || GetFirstView() == nullptr)
+        return;
+    if (!(this->*step)())
+        return;
+    // The project differs from its file now, whatever the file was.
+    SetModifiedFlag(true);
+    for (framework::Document* page : OpenDocumentsOf(kLayoutPageTemplate)) {
+        if (page->GetTitle() == active->GetTitle())
+            page->UpdateAllViews(nullptr);
+    }
+    UpdateAllViews(nullptr);
+}
+
+void CQuilletDoc::ClearAllModified() {
+    for (framework::Document* page : OpenDocumentsOf(kTexturePageTemplate))
+        page->SetModifiedFlag(false);
+    for (framework::Document* page : OpenDocumentsOf(kLayoutPageTemplate))
+        page->SetModifiedFlag(false);
+    SetModifiedFlag(false);
+}
+
+void CQuilletDoc::SetStatusText(const std::string& text) {
+    if (framework::StatusPane* pane = App().GetStatusPane())
+        pane->SetText(text);
+}

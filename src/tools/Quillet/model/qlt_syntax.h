@@ -1,0 +1,55 @@
+// The line syntax of the project file, shared by every record reader and writer.
+//
+// Lines are written with CRLF and indented 2 spaces per open block; readers trim the
+// indent away. Values are bare: there is no escaping. Numbers are "%d", booleans
+// "true"/"false".
+//
+// Failure style: readers throw the empty records of qlt_errors.h by value.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "framework/Archive.h"
+
+using framework::Archive;
+
+// Spaces before the next written line; each open block raises it by 2.
+extern int32_t write_indent;
+
+void WriteOpenTag(Archive& archive, std::string_view tag);
+void WriteOpenLine(Archive& archive, std::string_view tag, std::string_view value);
+void WriteTagLine(Archive& archive, std::string_view open, std::string_view value,
+                  std::string_view close);
+void WriteCloseLine(Archive& archive, std::string_view close);
+// "%d"
+std::string FormatInt(int32_t value);
+
+// Reads the next line and trims spaces, tabs and line feeds from both ends. At the end of
+// the file the line is empty.
+void ReadTrimmedLine(Archive& archive, std::string& line);
+// ReadTrimmedLine for a reader that waits for a close line: at the end of the file it
+// throws UNEXPECTED_END_OF_FILE instead of handing out empty lines for ever.
+void ReadAwaitedLine(Archive& archive, std::string& line);
+bool IsBlankLine(const std::string& line);
+// True when `line` begins with `open` and ends with `close`; then `line` keeps only the
+// value between them. Case-sensitive; on false `line` is unchanged.
+bool MatchTag(std::string& line, std::string_view open, std::string_view close);
+// True when the first characters of `line` are the whole of `tag`.
+bool BeginsWith(const std::string& line, std::string_view tag);
+// The text from character `count` on; empty when the line is shorter.
+std::string TextAfter(const std::string& line, size_t count);
+
+// sscanf(text, "%d", &value): 1 when a number was read into `value`, 0 when the text does
+// not begin like a number, -1 when it holds nothing but white space. An over-long number
+// keeps its low 32 bits.
+int ScanInt(const std::string& text, int32_t& value);
+// Scans a tag's value into `value`; a value that does not begin like a number throws
+// BAD_TAG, an empty one leaves `value` as it was.
+void ReadIntValue(const std::string& text, int32_t& value);
+
+// Passes over a record whose first line is in hand, up to and including the line that
+// equals `close`. Lines beginning with `open` (unless empty) nest. Ends with the close
+// line in hand.
+void SkipRecord(Archive& archive, std::string& line, std::string_view open, std::string_view close);

@@ -1,0 +1,57 @@
+#include "MdiFrame.h"
+
+#include <QCloseEvent>
+#include <QMdiArea>
+
+#include "QtText.h"
+#include "framework/Document.h"
+
+void FramedView::ActivateFrame() {
+    if (frame_ != nullptr && frame_->mdiArea() != nullptr)
+        frame_->mdiArea()->setActiveSubWindow(frame_);
+}
+
+void FramedView::CloseFrame() {
+    if (frame_ != nullptr)
+        frame_->CloseFromDocument();
+}
+
+void FramedView::OnDocumentStatusChanged() {
+    if (frame_ != nullptr)
+        frame_->UpdateTitle();
+}
+
+MdiFrame::MdiFrame(FramedView& view, QWidget* widget) : view_(view) {
+    setAttribute(Qt::WA_DeleteOnClose);
+    setWidget(widget);
+    view_.SetFrame(this);
+    UpdateTitle();
+}
+
+void MdiFrame::UpdateTitle() {
+    const framework::Document* document = view_.GetDocument();
+    if (document == nullptr)
+        return;
+    setWindowTitle(PathToQString(document->GetTitle()) + QStringLiteral("[*]"));
+    setWindowModified(document->IsModified());
+}
+
+void MdiFrame::CloseFromDocument() {
+    if (closing_)
+        return;
+    closing_ = true;
+    QMetaObject::invokeMethod(this, &QWidget::close, Qt::QueuedConnection);
+}
+
+void MdiFrame::closeEvent(QCloseEvent* event) {
+    if (closing_) {
+        view_.SetFrame(nullptr);
+        event->accept();
+        return;
+    }
+    // The document decides: it asks to save, and closing it closes this frame.
+    event->ignore();
+    framework::Document* document = view_.GetDocument();
+    if (document != nullptr && document->CanCloseFrame(view_))
+        document->OnCloseDocument();
+}

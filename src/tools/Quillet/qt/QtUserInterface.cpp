@@ -1,0 +1,113 @@
+#include "QtUserInterface.h"
+
+#include <QApplication>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QMessageBox>
+
+#include "QtText.h"
+
+namespace {
+
+using framework::Answer;
+using framework::MessageButtons;
+using framework::MessageIcon;
+
+QMessageBox::Icon ToQtIcon(MessageIcon icon) {
+    switch (icon) {
+        case MessageIcon::Information:
+            return QMessageBox::Information;
+        case MessageIcon::Warning:
+            return QMessageBox::Warning;
+        case MessageIcon::Stop:
+            return QMessageBox::Critical;
+        case MessageIcon::Question:
+            return QMessageBox::Question;
+        case MessageIcon::None:
+            break;
+    }
+    return QMessageBox::NoIcon;
+}
+
+QMessageBox::StandardButtons ToQtButtons(MessageButtons buttons) {
+    switch (buttons) {
+        case MessageButtons::OkCancel:
+            return QMessageBox::Ok | QMessageBox::Cancel;
+        case MessageButtons::YesNo:
+            return QMessageBox::Yes | QMessageBox::No;
+        case MessageButtons::YesNoCancel:
+            return QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel;
+        case MessageButtons::RetryCancel:
+            return QMessageBox::Retry | QMessageBox::Cancel;
+        case MessageButtons::Ok:
+            break;
+    }
+    return QMessageBox::Ok;
+}
+
+Answer FromQtButton(int button) {
+    switch (button) {
+        case QMessageBox::Cancel:
+            return Answer::Cancel;
+        case QMessageBox::Retry:
+            return Answer::Retry;
+        case QMessageBox::Yes:
+            return Answer::Yes;
+        case QMessageBox::No:
+            return Answer::No;
+        default:
+            return Answer::Ok;
+    }
+}
+
+QString FilterText(const framework::FileDialogRequest& request) {
+    return ToQString(request.filter) + QStringLiteral(";;All Files (*)");
+}
+
+// A box must never fight a drag for the mouse.
+void ReleaseMouse() {
+    if (QWidget* grabber = QWidget::mouseGrabber())
+        grabber->releaseMouse();
+}
+
+}  // namespace
+
+Answer QtUserInterface::MessageBox(const std::string& text, const std::string& caption,
+                                   MessageIcon icon, MessageButtons buttons) {
+    ReleaseMouse();
+    QMessageBox box(ToQtIcon(icon), ToQString(caption), ToQString(text), ToQtButtons(buttons),
+                    parent_);
+    return FromQtButton(box.exec());
+}
+
+std::optional<std::string> QtUserInterface::AskOpenFileName(
+    const framework::FileDialogRequest& request) {
+    ReleaseMouse();
+    const QString path =
+        QFileDialog::getOpenFileName(parent_, ToQString(request.title),
+                                     PathToQString(request.initial_path), FilterText(request));
+    if (path.isEmpty())
+        return std::nullopt;
+    return PathFromQString(path);
+}
+
+std::optional<std::string> QtUserInterface::AskSaveFileName(
+    const framework::FileDialogRequest& request) {
+    ReleaseMouse();
+    QString path =
+        QFileDialog::getSaveFileName(parent_, ToQString(request.title),
+                                     PathToQString(request.initial_path), FilterText(request));
+    if (path.isEmpty())
+        return std::nullopt;
+    if (QFileInfo(path).suffix().isEmpty())
+        path += ToQString(request.default_extension);
+    return PathFromQString(path);
+}
+
+void QtUserInterface::BeginWaitCursor() {
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+}
+
+void QtUserInterface::EndWaitCursor() {
+    QApplication::restoreOverrideCursor();
+}

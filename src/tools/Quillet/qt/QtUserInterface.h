@@ -1,0 +1,25 @@
+// The person at the desk: real message boxes and file dialogs over the main window.
+#pragma once
+
+#include <QPointer>
+#include <QWidget>
+
+#include "framework/UserInterface.h"
+
+class QtUserInterface : public framework::UserInterface {
+public:
+    void SetParentWindow(QWidget* parent) { parent_ = parent; }
+
+    framework::Answer MessageBox(const std::string& text, const std::string& caption,
+                                 framework::MessageIcon icon,
+                                 framework::MessageButtons buttons) override;
+    std::optional<std::string> AskOpenFileName(
+        const framework::FileDialogRequest& request) override;
+    std::optional<std::string> AskSaveFileName(
+        const framework::FileDialogRequest& request) override;
+    void BeginWaitCursor() override;
+    void EndWaitCursor() override;
+
+private:
+    QPointer<QWidget> parent_;
+};

@@ -1,0 +1,119 @@
+#include "QuilletApp.h"
+
+#include <cstdlib>
+#include <filesystem>
+
+#include "layout/LayoutPageDoc.h"
+#include "model/QuilletDoc.h"
+#include "texture/TexturePageDoc.h"
+
+namespace {
+
+constexpr int kProjectResource = 129;
+constexpr int kTexturePageResource = 130;
+constexpr int kLayoutPageResource = 131;
+
+template <typename DocumentType>
+std::unique_ptr<framework::Document> MakeDocument() {
+    return std::make_unique<DocumentType>();
+}
+
+// The start directory may be named by the environment; whether the change works is not
+// looked at.
+void EnterBrenmoorRoot() {
+    const char* root = std::getenv("BrenmoorRoot");
+    if (root == nullptr)
+        return;
+    std::error_code ignored;
+    std::filesystem::current_path(root, ignored);
+}
+
+// The file named on the command line: the first word that is not an option.
+std::string FileOnCommandLine(const std::vector<std::string>& arguments) {
+    for (const std::string& word : arguments) {
+        if (!word.empty() && word.front() != '-')
+            return word;
+    }
+    return {};
+}
+
+}  // namespace
+
+bool HasProjectExtension(const std::string& path) {
+    return path.size() >= 4 && path.compare(path.size() - 4, 4, ".qlt") == 0;
+}
+
+CQuilletApp::CQuilletApp(framework::UserInterface& ui, framework::ProfileStore& profile)
+    : Application("quillet", ui, profile) {}
+
+void CQuilletApp::AddTemplates() {
+    auto& project = AddDocTemplate(std::make_unique<framework::DocTemplate>(
+        *this, kProjectResource, kProjectDocString, MakeDocument<CQuilletDoc>));
+    project.SetAdmission(CloseCurrentProject);
+    AddDocTemplate(std::make_unique<framework::DocTemplate>(
+        *this, kTexturePageResource, "Texture page", MakeDocument<CTexturePageDoc>));
+    AddDocTemplate(std::make_unique<framework::DocTemplate>(
+        *this, kLayoutPageResource, "Layout page", MakeDocument<CLayoutPageDoc>));
+}
+
+bool CQuilletApp::InitInstance(const std::vector<std::string>& arguments, MainFrameHost* host) {
+    EnterBrenmoorRoot();
+    LoadStdProfileSettings();
+    AddTemplates();
+    if (host != nullptr && !host->CreateMainFrame())
+        return false;
+
+    // A recent project stands over a path on the command line.
+    std::string file = FindFileToReopen();
+    if (file.empty())
+        file = FileOnCommandLine(arguments);
+    if (file.empty())
+        OnFileNew();
+    else
+        OpenDocumentFile(file);
+
+    if (host != nullptr)
+        SetStatusPane(host->ShowMainFrame());
+    return true;
+}
+
+void CQuilletApp::ExitInstance() {
+    SaveStdProfileSettings();
+}
+
+std::string CQuilletApp::FindFileToReopen() const {
+    for (int number = 1;; ++number) {
+        std::string entry = Profile().GetString(framework::RecentFileList::kSection,
+                                                framework::RecentFileList::EntryName(number), "");
+        if (entry.empty())
+            return {};
+        if (HasProjectExtension(entry))
+            return entry;
+    }
+}
+
+bool CQuilletApp::SaveAllModified() {
+    const CQuilletDoc* project = GetProjectDoc();
+    if (project != nullptr && project->IsModified()) {
+        for (size_t index = 1; index < Templates().size(); ++index) {
+            for (framework::Document* page : Templates()[index]->GetDocuments())
+                page->SetModifiedFlag(false);
+        }
+    }
+    return Application::SaveAllModified();
+}
+
+void CQuilletApp::AddToRecentFileList(const std::string& path) {
+    if (!path.empty() && HasProjectExtension(path))
+        Application::AddToRecentFileList(path);
+}
+
+void CQuilletApp::OnEditUndo() {
+    if (CQuilletDoc* project = GetProjectDoc())
+        project->OnEditUndo();
+}
+
+void CQuilletApp::OnEditRedo() {
+    if (CQuilletDoc* project = GetProjectDoc())
+        project->OnEditRedo();
+}

@@ -1,0 +1,20 @@
+// What the project window's tree shows, built from the project alone: the tree holds no
+// data of its own, and a node is told from another by its place and its text.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "model/QuilletDoc.h"
+
+struct TreeNode {
+    std::string text;
+    std::vector<TreeNode> children;
+    bool is_record = false;  // a record of the project, not a fixed node or folder
+};
+
+// The top-level nodes of the project window, in their fixed order.
+std::vector<TreeNode> BuildWorkspaceTree(const CQuilletDoc& project);
+
+// "Dimensions: %dx%d"
+std::string DimensionsText(const QLT_FILE& qlt_file);
