@@ -8,7 +8,8 @@ class Document;
 
 class View {
 public:
-    virtual ~View() = default;
+    // A view that goes while its document stays lets go of the document first.
+    virtual ~View();
 
     // The document changed: rebuild. `sender`, `hint` and `object` are always null/0 in this
     // program, kept for the shape of the call.

@@ -38,6 +38,12 @@ void OpenFrame(QMdiArea& area, framework::Document& document) {
 
 MainWindow::MainWindow(CQuilletApp& app, QtProfileStore& profile) : app_(app), profile_(profile) {}
 
+MainWindow::~MainWindow() {
+    // The MDI area still reports activations while the window's children are destroyed.
+    if (mdi_area_ != nullptr)
+        disconnect(mdi_area_, nullptr, this, nullptr);
+}
+
 bool MainWindow::CreateMainFrame() {
     setWindowTitle(QStringLiteral("quillet"));
     setAcceptDrops(true);

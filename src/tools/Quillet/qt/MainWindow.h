@@ -17,6 +17,7 @@ class MainWindow : public QMainWindow, public MainFrameHost, public framework::S
     Q_OBJECT
 public:
     MainWindow(CQuilletApp& app, QtProfileStore& profile);
+    ~MainWindow() override;
 
     bool CreateMainFrame() override;
     framework::StatusPane* ShowMainFrame() override;
