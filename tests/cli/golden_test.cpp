@@ -59,13 +59,10 @@ TEST_P(GoldenTest, Matches) {
     EXPECT_EQ(WEXITSTATUS(status), expected_exit) << command;
     const std::string errors = Substitute(Substitute(ReadFile(error_file), folder.string(), "{in}"),
                                           out.Path().string(), "{out}");
-    if (fs::exists(folder / "stderr"))
-        ExpectSame(folder / "stderr", errors);
-    if (!fs::exists(folder / "expected"))
-        return;
+    if (fs::exists(folder / "stderr")) ExpectSame(folder / "stderr", errors);
+    if (!fs::exists(folder / "expected")) return;
     for (const auto& entry : fs::directory_iterator(folder / "expected")) {
-        if (entry.path().extension() == ".actual")
-            continue;
+        if (entry.path().extension() == ".actual") continue;
         const fs::path produced = out.Path() / entry.path().filename();
         EXPECT_TRUE(fs::exists(produced)) << produced << " was not written";
         ExpectSame(entry.path(), ReadFile(produced.string()));
@@ -75,8 +72,7 @@ TEST_P(GoldenTest, Matches) {
 std::vector<std::string> Cases() {
     std::vector<std::string> cases;
     for (const auto& entry : fs::directory_iterator(GOLDEN_DIR))
-        if (entry.is_directory())
-            cases.push_back(entry.path().filename().string());
+        if (entry.is_directory()) cases.push_back(entry.path().filename().string());
     std::sort(cases.begin(), cases.end());
     return cases;
 }

@@ -58,6 +58,8 @@ private slots:
         QCOMPARE(frame->windowTitle(), QStringLiteral("ui.qlt[*]"));
         QVERIFY(!frame->isWindowModified());
 
+        tree->topLevelItem(4)->setExpanded(true);
+        tree->setCurrentItem(tree->topLevelItem(4)->child(2));
         CQuilletDoc* project = GetProjectDoc();
         project->qlt_file().layout_width = 1024;
         project->SetModifiedFlag(true);
@@ -65,6 +67,9 @@ private slots:
         project->UpdateAllViews(nullptr);
         QCOMPARE(DimensionsNode(*tree), QStringLiteral("Dimensions: 1024x600"));
         QVERIFY(frame->isWindowModified());
+        // The rebuilt tree keeps what was open and picked.
+        QVERIFY(tree->topLevelItem(4)->isExpanded());
+        QCOMPARE(tree->currentItem()->text(0), QStringLiteral("Common Paths"));
 
         window_->MdiArea().setActiveSubWindow(frame);
         window_->Action(commands::kFileSave)->trigger();

@@ -101,8 +101,7 @@ protected:
         project->AddView(tree);
     }
     void TearDown() override {
-        if (tree.GetDocument() != nullptr)
-            project->RemoveView(tree);
+        if (tree.GetDocument() != nullptr) project->RemoveView(tree);
     }
 };
 

@@ -32,8 +32,7 @@ std::string format_arguments(const char* format, va_list arguments) {
     va_copy(measure, arguments);
     const int length = std::vsnprintf(nullptr, 0, format, measure);
     va_end(measure);
-    if (length <= 0)
-        return {};
+    if (length <= 0) return {};
     std::string text(static_cast<size_t>(length) + 1, '\0');
     std::vsnprintf(text.data(), text.size(), format, arguments);
     text.pop_back();
@@ -41,8 +40,7 @@ std::string format_arguments(const char* format, va_list arguments) {
 }
 
 void call_hook(void (*hook)()) {
-    if (hook != nullptr)
-        hook();
+    if (hook != nullptr) hook();
 }
 
 std::string describe(const AssertionRecord& record, const std::string& detail) {
@@ -50,14 +48,12 @@ std::string describe(const AssertionRecord& record, const std::string& detail) {
                        ":" + std::to_string(record.line) + ")";
     if (record.message != nullptr && record.message[0] != '\0')
         text += std::string(" ") + record.message;
-    if (!detail.empty())
-        text += " " + detail;
+    if (!detail.empty()) text += " " + detail;
     return text;
 }
 
 void report_second_assertion(const AssertionRecord& record) {
-    if (in_second_assertion)
-        return;
+    if (in_second_assertion) return;
     in_second_assertion = true;
     std::fprintf(stderr, "SECOND ASSERTION %s(%d):\nASSERT( %s )\n", record.file, record.line,
                  record.expression);
@@ -95,16 +91,14 @@ char* format_assertion_message(const char* format, ...) {
 }
 
 bool assertion_failed(AssertionRecord& record, const char* format, ...) {
-    if (assertions_disabled)
-        return false;
+    if (assertions_disabled) return false;
     std::lock_guard guard(assertion_lock());
     if (in_assertion) {
         report_second_assertion(record);
         return false;
     }
     in_assertion = true;
-    if (record.message == nullptr)
-        capture_error_state(record);
+    if (record.message == nullptr) capture_error_state(record);
 
     std::string detail;
     if (format != nullptr && format[0] != '\0') {
@@ -132,8 +126,7 @@ bool assertion_failed(AssertionRecord& record, const char* format, ...) {
 }
 
 void break_into_debugger() {
-    if (debugger_present())
-        raise_breakpoint();
+    if (debugger_present()) raise_breakpoint();
 }
 
 }  // namespace Core
@@ -148,8 +141,7 @@ void assertion_failed(char const* expression, char const* /*function*/, char con
     record.file = file;
     record.line = static_cast<int>(line);
     record.ignore = &ignore;
-    if (Core::assertion_failed(record, nullptr))
-        Core::break_into_debugger();
+    if (Core::assertion_failed(record, nullptr)) Core::break_into_debugger();
 }
 
 void assertion_failed_msg(char const* expression, char const* message, char const* function,
@@ -160,7 +152,6 @@ void assertion_failed_msg(char const* expression, char const* message, char cons
     record.file = file;
     record.line = static_cast<int>(line);
     record.ignore = &ignore;
-    if (Core::assertion_failed(record, "%s (%s)", message, function))
-        Core::break_into_debugger();
+    if (Core::assertion_failed(record, "%s (%s)", message, function)) Core::break_into_debugger();
 }
 }  // namespace boost

@@ -21,8 +21,7 @@ bool write_all(int descriptor, std::string_view bytes) {
     while (!bytes.empty()) {
         const ssize_t written = ::write(descriptor, bytes.data(), bytes.size());
         if (written < 0) {
-            if (errno == EINTR)
-                continue;
+            if (errno == EINTR) continue;
             return false;
         }
         bytes.remove_prefix(static_cast<size_t>(written));
@@ -33,8 +32,7 @@ bool write_all(int descriptor, std::string_view bytes) {
 // The mode a new file would get from the umask, or the mode of the file being replaced.
 mode_t mode_for(const std::string& path) {
     struct stat existing {};
-    if (::stat(path.c_str(), &existing) == 0)
-        return existing.st_mode & 07777;
+    if (::stat(path.c_str(), &existing) == 0) return existing.st_mode & 07777;
     const mode_t mask = ::umask(0);
     ::umask(mask);
     return 0666 & ~mask;
@@ -45,8 +43,7 @@ mode_t mode_for(const std::string& path) {
 bool write_file_atomically(const std::string& path, std::string_view bytes, std::string& error) {
     const std::filesystem::path target(path);
     std::filesystem::path folder = target.parent_path();
-    if (folder.empty())
-        folder = ".";
+    if (folder.empty()) folder = ".";
     std::string temporary = (folder / ("." + target.filename().string() + ".XXXXXX")).string();
 
     const int descriptor = ::mkstemp(temporary.data());

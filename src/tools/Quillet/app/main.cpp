@@ -21,8 +21,7 @@ int main(int argc, char** argv) {
     ui.SetParentWindow(&main_window);
 
     const std::vector<std::string> arguments(argv + 1, argv + argc);
-    if (!app.InitInstance(arguments, &main_window))
-        return 1;
+    if (!app.InitInstance(arguments, &main_window)) return 1;
     const int result = QApplication::exec();
     app.ExitInstance();
     return result;

@@ -15,10 +15,8 @@ int RunQltRoundtrip(const std::vector<std::string>& arguments) {
     CliUserInterface ui;
     framework::MemoryProfileStore profile;
     CQuilletApp app(ui, profile);
-    if (!app.InitInstance({}, nullptr))
-        return kExitFailure;
+    if (!app.InitInstance({}, nullptr)) return kExitFailure;
     framework::Document* project = app.OpenDocumentFile(arguments[0]);
-    if (project == nullptr)
-        return kExitUnreadable;
+    if (project == nullptr) return kExitUnreadable;
     return project->DoSave(arguments[1]) ? kExitOk : kExitWrite;
 }

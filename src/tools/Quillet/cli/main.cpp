@@ -33,8 +33,7 @@ int Usage() {
 
 int main(int argc, char** argv) {
     const std::vector<std::string> words(argv + 1, argv + argc);
-    if (words.size() < 2)
-        return Usage();
+    if (words.size() < 2) return Usage();
     for (const Command& command : Commands()) {
         if (words[0] == command.group && words[1] == command.name)
             return command.run(std::vector<std::string>(words.begin() + 2, words.end()));

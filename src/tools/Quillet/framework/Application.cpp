@@ -34,14 +34,12 @@ Document* Application::OpenDocumentFile(const std::string& path) {
     const std::string absolute = std::filesystem::absolute(path).string();
     for (const auto& doc_template : templates_) {
         if (Document* open = doc_template->FindDocumentByPath(absolute)) {
-            if (View* view = open->GetFirstView())
-                view->ActivateFrame();
+            if (View* view = open->GetFirstView()) view->ActivateFrame();
             SetActiveDocument(open);
             return open;
         }
     }
-    if (templates_.empty())
-        return nullptr;
+    if (templates_.empty()) return nullptr;
     DocTemplate* chosen = templates_.front().get();
     for (const auto& doc_template : templates_) {
         if (doc_template->MatchesExtension(absolute)) {
@@ -57,27 +55,23 @@ Document* Application::OnFileNew() {
 }
 
 Document* Application::OnFileOpen() {
-    if (templates_.empty())
-        return nullptr;
+    if (templates_.empty()) return nullptr;
     const std::optional<std::string> path =
         ui_.AskOpenFileName(templates_.front()->MakeFileRequest("Open"));
     return path ? OpenDocumentFile(*path) : nullptr;
 }
 
 Document* Application::OpenRecentFile(size_t index) {
-    if (index >= recent_files_.Entries().size())
-        return nullptr;
+    if (index >= recent_files_.Entries().size()) return nullptr;
     Document* document = OpenDocumentFile(recent_files_.Entries()[index]);
-    if (document == nullptr)
-        recent_files_.Remove(index);
+    if (document == nullptr) recent_files_.Remove(index);
     return document;
 }
 
 bool Application::SaveAllModified() {
     for (const auto& doc_template : templates_) {
         for (Document* document : doc_template->GetDocuments()) {
-            if (!document->SaveModified())
-                return false;
+            if (!document->SaveModified()) return false;
         }
     }
     return true;
@@ -107,8 +101,7 @@ void Application::SaveStdProfileSettings() {
 }
 
 void Application::ForgetDocument(Document& document) {
-    if (active_document_ == &document)
-        active_document_ = nullptr;
+    if (active_document_ == &document) active_document_ = nullptr;
 }
 
 }  // namespace framework

@@ -17,8 +17,7 @@ std::string DocTemplate::GetDocString(DocString field) const {
     size_t start = 0;
     for (int index = 0; index < static_cast<int>(field); ++index) {
         start = doc_string_.find('\n', start);
-        if (start == std::string::npos)
-            return {};
+        if (start == std::string::npos) return {};
         ++start;
     }
     return doc_string_.substr(start, doc_string_.find('\n', start) - start);
@@ -40,19 +39,15 @@ bool DocTemplate::MatchesExtension(const std::string& path) const {
 
 Document* DocTemplate::OpenDocumentFile(const std::string& path) {
     if (path.empty()) {
-        if (admission_ && !admission_())
-            return nullptr;
+        if (admission_ && !admission_()) return nullptr;
         std::unique_ptr<Document> document = factory_();
-        if (!document->OnNewDocument())
-            return nullptr;
+        if (!document->OnNewDocument()) return nullptr;
         document->SetTitle(GetDocString(DocString::DocName) + std::to_string(++untitled_count_));
         return Adopt(std::move(document));
     }
     std::unique_ptr<Document> document = factory_();
-    if (!document->OnOpenDocument(path))
-        return nullptr;
-    if (admission_ && !admission_())
-        return nullptr;
+    if (!document->OnOpenDocument(path)) return nullptr;
+    if (admission_ && !admission_()) return nullptr;
     document->SetPathName(path);
     return Adopt(std::move(document));
 }
@@ -61,8 +56,7 @@ Document* DocTemplate::Adopt(std::unique_ptr<Document> document) {
     Document* adopted = document.get();
     adopted->template_ = this;
     documents_.push_back(std::move(document));
-    if (frame_factory_)
-        frame_factory_(*adopted);
+    if (frame_factory_) frame_factory_(*adopted);
     application_.SetActiveDocument(adopted);
     return adopted;
 }

@@ -32,14 +32,12 @@ void Document::SetTitle(std::string title) {
 void Document::SetPathName(const std::string& path, bool add_to_recent) {
     path_ = path;
     title_ = std::filesystem::path(path).filename().string();
-    if (add_to_recent)
-        App().AddToRecentFileList(path);
+    if (add_to_recent) App().AddToRecentFileList(path);
     NotifyStatusChanged();
 }
 
 void Document::SetModifiedFlag(bool modified) {
-    if (modified_ == modified)
-        return;
+    if (modified_ == modified) return;
     modified_ = modified;
     NotifyStatusChanged();
 }
@@ -64,8 +62,7 @@ void Document::UpdateAllViews(View* sender, long hint, void* object) {
     // A view may open a window of its own while it rebuilds: walk a copy.
     const std::vector<View*> views = views_;
     for (View* view : views) {
-        if (view != sender)
-            view->OnUpdate(sender, hint, object);
+        if (view != sender) view->OnUpdate(sender, hint, object);
     }
 }
 
@@ -130,19 +127,15 @@ void Document::OnCloseDocument() {
         view->CloseFrame();
     }
     App().ForgetDocument(*this);
-    if (template_ != nullptr)
-        template_->RemoveDocument(*this);
+    if (template_ != nullptr) template_->RemoveDocument(*this);
 }
 
 bool Document::SaveModified() {
-    if (!IsModified())
-        return true;
+    if (!IsModified()) return true;
     const Answer answer = App().UI().MessageBox("Save changes to " + title_ + "?", App().Name(),
                                                 MessageIcon::Warning, MessageButtons::YesNoCancel);
-    if (answer == Answer::Cancel)
-        return false;
-    if (answer == Answer::No)
-        return true;
+    if (answer == Answer::Cancel) return false;
+    if (answer == Answer::No) return true;
     return DoFileSave();
 }
 
@@ -156,17 +149,14 @@ bool Document::DoSave(const std::string& path) {
     std::string target = path;
     if (target.empty()) {
         FileDialogRequest request;
-        if (template_ != nullptr)
-            request = template_->MakeFileRequest("Save As");
+        if (template_ != nullptr) request = template_->MakeFileRequest("Save As");
         request.initial_path = path_.empty() ? title_ : path_;
         const std::optional<std::string> chosen = App().UI().AskSaveFileName(request);
-        if (!chosen)
-            return false;
+        if (!chosen) return false;
         target = *chosen;
     }
     target = std::filesystem::absolute(target).string();
-    if (!OnSaveDocument(target))
-        return false;
+    if (!OnSaveDocument(target)) return false;
     SetPathName(target);
     return true;
 }

@@ -12,8 +12,7 @@ void RecentFileList::Load(const ProfileStore& profile) {
     entries_.clear();
     for (size_t index = 0; index < capacity_; ++index) {
         std::string path = profile.GetString(kSection, EntryName(static_cast<int>(index + 1)), "");
-        if (!path.empty())
-            entries_.push_back(std::move(path));
+        if (!path.empty()) entries_.push_back(std::move(path));
     }
 }
 
@@ -30,13 +29,11 @@ void RecentFileList::Save(ProfileStore& profile) const {
 void RecentFileList::Add(const std::string& path) {
     std::erase(entries_, path);
     entries_.insert(entries_.begin(), path);
-    if (entries_.size() > capacity_)
-        entries_.resize(capacity_);
+    if (entries_.size() > capacity_) entries_.resize(capacity_);
 }
 
 void RecentFileList::Remove(size_t index) {
-    if (index < entries_.size())
-        entries_.erase(entries_.begin() + static_cast<long>(index));
+    if (index < entries_.size()) entries_.erase(entries_.begin() + static_cast<long>(index));
 }
 
 }  // namespace framework

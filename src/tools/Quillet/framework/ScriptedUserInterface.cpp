@@ -5,8 +5,7 @@ namespace framework {
 Answer ScriptedUserInterface::MessageBox(const std::string& text, const std::string& caption,
                                          MessageIcon icon, MessageButtons buttons) {
     boxes.push_back({text, caption, icon, buttons});
-    if (answers.empty())
-        return DefaultAnswer(buttons);
+    if (answers.empty()) return DefaultAnswer(buttons);
     const Answer answer = answers.front();
     answers.pop_front();
     return answer;
@@ -14,8 +13,7 @@ Answer ScriptedUserInterface::MessageBox(const std::string& text, const std::str
 
 std::optional<std::string> ScriptedUserInterface::NextFileName(const FileDialogRequest& request) {
     file_requests.push_back(request);
-    if (file_names.empty())
-        return std::nullopt;
+    if (file_names.empty()) return std::nullopt;
     std::optional<std::string> name = std::move(file_names.front());
     file_names.pop_front();
     return name;

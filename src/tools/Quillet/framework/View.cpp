@@ -5,8 +5,7 @@
 namespace framework {
 
 View::~View() {
-    if (document_ != nullptr)
-        document_->RemoveView(*this);
+    if (document_ != nullptr) document_->RemoveView(*this);
 }
 
 }  // namespace framework

@@ -21,8 +21,7 @@ void ReadDimension(Archive& archive, std::string_view open, std::string_view clo
                    int32_t& value) {
     std::string line;
     ReadTrimmedLine(archive, line);
-    if (!MatchTag(line, open, close))
-        throw NOT_A_LPAGE();
+    if (!MatchTag(line, open, close)) throw NOT_A_LPAGE();
     ReadIntValue(line, value);
 }
 
@@ -31,12 +30,10 @@ void ReadPieceFileName(Archive& archive, std::string_view open, std::string_view
                        QLT_FILE& qlt_file, std::string& name, PieceFileLoader load) {
     std::string line;
     ReadTrimmedLine(archive, line);
-    if (!MatchTag(line, open, close))
-        throw NOT_A_LPAGE();
+    if (!MatchTag(line, open, close)) throw NOT_A_LPAGE();
     MakeAbsolutePath(line);
     name = line;
-    if (!load(qlt_file, name))
-        name.clear();
+    if (!load(qlt_file, name)) name.clear();
 }
 
 void ReadLayoutSection(Archive& archive, QLT_FILE& qlt_file) {
@@ -57,8 +54,7 @@ void ReadLayoutSection(Archive& archive, QLT_FILE& qlt_file) {
         ReadTrimmedLine(archive, line);
     }
     while (line != "</layout>") {
-        if (!IsBlankLine(line))
-            SkipRecord(archive, line, {}, "</lpage>");
+        if (!IsBlankLine(line)) SkipRecord(archive, line, {}, "</lpage>");
         ReadAwaitedLine(archive, line);
     }
 }
@@ -117,13 +113,10 @@ bool ReadSection(Archive& archive, std::string& line, ProjectRecords& records) {
 void ReadProject(Archive& archive, ProjectRecords& records) {
     std::string line;
     while (archive.ReadString(line)) {
-        if (IsBlankLine(line))
-            continue;
+        if (IsBlankLine(line)) continue;
         std::string version = line;
-        if (MatchTag(version, "<version>", "</version>"))
-            continue;  // read, never used
-        if (!ReadSection(archive, line, records))
-            throw NOT_A_QLT_FILE();
+        if (MatchTag(version, "<version>", "</version>")) continue;  // read, never used
+        if (!ReadSection(archive, line, records)) throw NOT_A_QLT_FILE();
     }
 }
 

@@ -26,11 +26,9 @@ CQuilletDoc* GetProjectDoc() {
 }
 
 bool CloseCurrentProject() {
-    if (GetProjectDoc() == nullptr)
-        return true;
+    if (GetProjectDoc() == nullptr) return true;
     framework::Application& application = *framework::Application::Instance();
-    if (!application.SaveAllModified())
-        return false;
+    if (!application.SaveAllModified()) return false;
     application.CloseAllDocuments();
     return true;
 }
@@ -59,8 +57,7 @@ bool CQuilletDoc::OnOpenDocument(const std::string& path) {
 }
 
 bool CQuilletDoc::OnSaveDocument(const std::string& path) {
-    if (!Document::OnSaveDocument(path))
-        return false;
+    if (!Document::OnSaveDocument(path)) return false;
     ClearAllModified();
     return true;
 }
@@ -74,8 +71,7 @@ void CQuilletDoc::ReportLoadFailure(std::exception_ptr failure, const framework:
 }
 
 void CQuilletDoc::TakeSnapshot() {
-    if (checkpoint_lock >= 1)
-        return;
+    if (checkpoint_lock >= 1) return;
     framework::Archive archive = framework::Archive::ForStoring({});
     archive.Reserve(static_cast<size_t>(grow_size));
     Serialize(archive);
@@ -98,15 +94,12 @@ void CQuilletDoc::OnEditRedo() {
 
 void CQuilletDoc::StepAndRefresh(bool (SnapshotUndo::*step)()) {
     auto* active = dynamic_cast<CLayoutPageDoc*>(App().GetActiveDocument());
-    if (active == nullptr || GetFirstView() == nullptr)
-        return;
-    if (!(this->*step)())
-        return;
+    if (active == nullptr || GetFirstView() == nullptr) return;
+    if (!(this->*step)()) return;
     // The project differs from its file now, whatever the file was.
     SetModifiedFlag(true);
     for (framework::Document* page : OpenDocumentsOf(kLayoutPageTemplate)) {
-        if (page->GetTitle() == active->GetTitle())
-            page->UpdateAllViews(nullptr);
+        if (page->GetTitle() == active->GetTitle()) page->UpdateAllViews(nullptr);
     }
     UpdateAllViews(nullptr);
 }
@@ -120,6 +113,5 @@ void CQuilletDoc::ClearAllModified() {
 }
 
 void CQuilletDoc::SetStatusText(const std::string& text) {
-    if (framework::StatusPane* pane = App().GetStatusPane())
-        pane->SetText(text);
+    if (framework::StatusPane* pane = App().GetStatusPane()) pane->SetText(text);
 }

@@ -10,29 +10,24 @@ void SetProjectBaseDir(const std::string& path) {
 }
 
 std::string RelativeToBase(const std::string& path, const std::string& base) {
-    if (path.size() <= 2 || base.empty())
-        return path;
+    if (path.size() <= 2 || base.empty()) return path;
     std::string climbing = base;
     size_t shared = climbing.size() - 1;
     int depth = 0;
     bool has_separator = climbing.find('\\') != std::string::npos;
     while (has_separator) {
-        if (path.compare(0, shared, climbing, 0, shared) == 0)
-            break;
+        if (path.compare(0, shared, climbing, 0, shared) == 0) break;
         const size_t separator = climbing.rfind('\\');
         has_separator = separator != std::string::npos;
-        if (has_separator)
-            climbing.erase(separator);
+        if (has_separator) climbing.erase(separator);
         shared = climbing.size();
         ++depth;
     }
-    if (!has_separator)
-        return path;
+    if (!has_separator) return path;
     std::string relative;
     for (int level = 0; level < depth; ++level)
         relative += "..\\";
-    if (shared + 1 < path.size())
-        relative += path.substr(shared + 1);
+    if (shared + 1 < path.size()) relative += path.substr(shared + 1);
     return relative;
 }
 

@@ -10,8 +10,7 @@ constexpr std::string_view kLineEnd = "\r\n";
 constexpr std::string_view kTrimmed = " \t\n";
 
 void WriteIndent(Archive& archive) {
-    if (write_indent > 0)
-        archive.WriteString(std::string(static_cast<size_t>(write_indent), ' '));
+    if (write_indent > 0) archive.WriteString(std::string(static_cast<size_t>(write_indent), ' '));
 }
 
 void Trim(std::string& line) {
@@ -75,8 +74,7 @@ void ReadTrimmedLine(Archive& archive, std::string& line) {
 }
 
 void ReadAwaitedLine(Archive& archive, std::string& line) {
-    if (archive.AtEnd())
-        throw UNEXPECTED_END_OF_FILE();
+    if (archive.AtEnd()) throw UNEXPECTED_END_OF_FILE();
     ReadTrimmedLine(archive, line);
 }
 
@@ -86,8 +84,7 @@ bool IsBlankLine(const std::string& line) {
 
 bool MatchTag(std::string& line, std::string_view open, std::string_view close) {
     const std::string_view text = line;
-    if (!text.starts_with(open) || !text.ends_with(close))
-        return false;
+    if (!text.starts_with(open) || !text.ends_with(close)) return false;
     line.resize(line.size() - close.size());
     line = TextAfter(line, open.size());
     return true;
@@ -105,13 +102,10 @@ int ScanInt(const std::string& text, int32_t& value) {
     size_t at = 0;
     while (at < text.size() && IsScanSpace(static_cast<unsigned char>(text[at])))
         ++at;
-    if (at == text.size())
-        return -1;
+    if (at == text.size()) return -1;
     const bool negative = text[at] == '-';
-    if (text[at] == '-' || text[at] == '+')
-        ++at;
-    if (at == text.size() || !IsDigit(static_cast<unsigned char>(text[at])))
-        return 0;
+    if (text[at] == '-' || text[at] == '+') ++at;
+    if (at == text.size() || !IsDigit(static_cast<unsigned char>(text[at]))) return 0;
     uint32_t magnitude = 0;
     for (; at < text.size() && IsDigit(static_cast<unsigned char>(text[at])); ++at)
         magnitude = magnitude * 10u + static_cast<uint32_t>(text[at] - '0');
@@ -120,8 +114,7 @@ int ScanInt(const std::string& text, int32_t& value) {
 }
 
 void ReadIntValue(const std::string& text, int32_t& value) {
-    if (ScanInt(text, value) == 0)
-        throw BAD_TAG();
+    if (ScanInt(text, value) == 0) throw BAD_TAG();
 }
 
 void SkipRecord(Archive& archive, std::string& line, std::string_view open,

@@ -40,8 +40,7 @@ MainWindow::MainWindow(CQuilletApp& app, QtProfileStore& profile) : app_(app), p
 
 MainWindow::~MainWindow() {
     // The MDI area still reports activations while the window's children are destroyed.
-    if (mdi_area_ != nullptr)
-        disconnect(mdi_area_, nullptr, this, nullptr);
+    if (mdi_area_ != nullptr) disconnect(mdi_area_, nullptr, this, nullptr);
 }
 
 bool MainWindow::CreateMainFrame() {
@@ -60,7 +59,7 @@ bool MainWindow::CreateMainFrame() {
     CreateMenus();
     FillToolBar();
     CreateFrameFactories();
-    restoreGeometry(profile_.Settings().value(kGeometryKey).toByteArray());
+    if (!restoreGeometry(profile_.Settings().value(kGeometryKey).toByteArray())) resize(1100, 760);
     restoreState(profile_.Settings().value(kStateKey).toByteArray());
     return true;
 }
@@ -79,8 +78,7 @@ QAction* MainWindow::AddCommand(QMenu* menu, int command, const QString& text,
                                 std::function<void()> handler) {
     QAction* action = menu->addAction(text);
     action->setStatusTip(prompt);
-    if (!keys.isEmpty())
-        action->setShortcut(keys);
+    if (!keys.isEmpty()) action->setShortcut(keys);
     if (handler)
         connect(action, &QAction::triggered, this, std::move(handler));
     else
@@ -157,18 +155,19 @@ void MainWindow::FillToolBar() {
     using namespace commands;
     const struct {
         int command;
-        QStyle::StandardPixmap icon;
+        const char* theme_icon;  // the desktop's icon, when it has one
+        QStyle::StandardPixmap fallback;
         const char* tip;
     } buttons[] = {
-        {kFileNew, QStyle::SP_FileIcon, "New"},
-        {kFileOpen, QStyle::SP_DialogOpenButton, "Open"},
-        {kFileSave, QStyle::SP_DialogSaveButton, "Save"},
-        {0, {}, nullptr},
-        {kEditCut, QStyle::SP_DialogDiscardButton, "Cut"},
-        {kEditCopy, QStyle::SP_FileDialogDetailedView, "Copy"},
-        {kEditPaste, QStyle::SP_DialogApplyButton, "Paste"},
-        {0, {}, nullptr},
-        {kAppAbout, QStyle::SP_MessageBoxInformation, "About"},
+        {kFileNew, "document-new", QStyle::SP_FileIcon, "New"},
+        {kFileOpen, "document-open", QStyle::SP_DialogOpenButton, "Open"},
+        {kFileSave, "document-save", QStyle::SP_DialogSaveButton, "Save"},
+        {0, nullptr, {}, nullptr},
+        {kEditCut, "edit-cut", QStyle::SP_DialogDiscardButton, "Cut"},
+        {kEditCopy, "edit-copy", QStyle::SP_FileDialogDetailedView, "Copy"},
+        {kEditPaste, "edit-paste", QStyle::SP_DialogApplyButton, "Paste"},
+        {0, nullptr, {}, nullptr},
+        {kAppAbout, "help-about", QStyle::SP_MessageBoxInformation, "About"},
     };
     for (const auto& button : buttons) {
         if (button.command == 0) {
@@ -176,7 +175,8 @@ void MainWindow::FillToolBar() {
             continue;
         }
         QAction* action = Action(button.command);
-        action->setIcon(style()->standardIcon(button.icon));
+        action->setIcon(QIcon::fromTheme(QString::fromLatin1(button.theme_icon),
+                                         style()->standardIcon(button.fallback)));
         action->setToolTip(QString::fromLatin1(button.tip));
         tool_bar_->addAction(action);
     }
@@ -206,18 +206,15 @@ framework::Document* MainWindow::ActiveDocument() const {
 
 void MainWindow::OnFileClose() {
     framework::Document* document = ActiveDocument();
-    if (document != nullptr && document->SaveModified())
-        document->OnCloseDocument();
+    if (document != nullptr && document->SaveModified()) document->OnCloseDocument();
 }
 
 void MainWindow::OnFileSave() {
-    if (framework::Document* document = ActiveDocument())
-        document->DoFileSave();
+    if (framework::Document* document = ActiveDocument()) document->DoFileSave();
 }
 
 void MainWindow::OnFileSaveAs() {
-    if (framework::Document* document = ActiveDocument())
-        document->DoSave({});
+    if (framework::Document* document = ActiveDocument()) document->DoSave({});
 }
 
 void MainWindow::OnAppAbout() {
@@ -228,8 +225,7 @@ void MainWindow::OnAppAbout() {
 
 void MainWindow::OnSubWindowActivated(QMdiSubWindow* window) {
     auto* frame = qobject_cast<MdiFrame*>(window);
-    if (frame != nullptr)
-        app_.SetActiveDocument(frame->GetView().GetDocument());
+    if (frame != nullptr) app_.SetActiveDocument(frame->GetView().GetDocument());
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {
@@ -244,14 +240,12 @@ void MainWindow::closeEvent(QCloseEvent* event) {
 }
 
 void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
-    if (event->mimeData()->hasUrls())
-        event->acceptProposedAction();
+    if (event->mimeData()->hasUrls()) event->acceptProposedAction();
 }
 
 void MainWindow::dropEvent(QDropEvent* event) {
     for (const QUrl& url : event->mimeData()->urls()) {
-        if (url.isLocalFile())
-            app_.OpenDocumentFile(PathFromQString(url.toLocalFile()));
+        if (url.isLocalFile()) app_.OpenDocumentFile(PathFromQString(url.toLocalFile()));
     }
     event->acceptProposedAction();
 }

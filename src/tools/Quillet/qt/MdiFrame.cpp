@@ -12,13 +12,11 @@ void FramedView::ActivateFrame() {
 }
 
 void FramedView::CloseFrame() {
-    if (frame_ != nullptr)
-        frame_->CloseFromDocument();
+    if (frame_ != nullptr) frame_->CloseFromDocument();
 }
 
 void FramedView::OnDocumentStatusChanged() {
-    if (frame_ != nullptr)
-        frame_->UpdateTitle();
+    if (frame_ != nullptr) frame_->UpdateTitle();
 }
 
 MdiFrame::MdiFrame(FramedView& view, QWidget* widget) : view_(view) {
@@ -30,15 +28,13 @@ MdiFrame::MdiFrame(FramedView& view, QWidget* widget) : view_(view) {
 
 void MdiFrame::UpdateTitle() {
     const framework::Document* document = view_.GetDocument();
-    if (document == nullptr)
-        return;
+    if (document == nullptr) return;
     setWindowTitle(PathToQString(document->GetTitle()) + QStringLiteral("[*]"));
     setWindowModified(document->IsModified());
 }
 
 void MdiFrame::CloseFromDocument() {
-    if (closing_)
-        return;
+    if (closing_) return;
     closing_ = true;
     QMetaObject::invokeMethod(this, &QWidget::close, Qt::QueuedConnection);
 }
@@ -52,6 +48,5 @@ void MdiFrame::closeEvent(QCloseEvent* event) {
     // The document decides: it asks to save, and closing it closes this frame.
     event->ignore();
     framework::Document* document = view_.GetDocument();
-    if (document != nullptr && document->CanCloseFrame(view_))
-        document->OnCloseDocument();
+    if (document != nullptr && document->CanCloseFrame(view_)) document->OnCloseDocument();
 }

@@ -1,5 +1,6 @@
 #include "ProjectTreeView.h"
 
+#include <QSet>
 #include <QStyle>
 
 #include "QtText.h"
@@ -10,12 +11,58 @@ ProjectTreeView::ProjectTreeView() {
     setRootIsDecorated(true);
 }
 
+namespace {
+
+// A node's place in the tree: the texts from the root down.
+QStringList PathOf(const QTreeWidgetItem* item) {
+    QStringList path;
+    for (; item != nullptr; item = item->parent())
+        path.prepend(item->text(0));
+    return path;
+}
+
+void CollectExpanded(const QTreeWidgetItem* item, QSet<QStringList>& expanded) {
+    for (int index = 0; index < item->childCount(); ++index) {
+        const QTreeWidgetItem* child = item->child(index);
+        if (child->isExpanded()) expanded.insert(PathOf(child));
+        CollectExpanded(child, expanded);
+    }
+}
+
+void RestoreExpanded(QTreeWidgetItem* item, const QSet<QStringList>& expanded) {
+    for (int index = 0; index < item->childCount(); ++index) {
+        QTreeWidgetItem* child = item->child(index);
+        if (expanded.contains(PathOf(child))) child->setExpanded(true);
+        RestoreExpanded(child, expanded);
+    }
+}
+
+}  // namespace
+
 void ProjectTreeView::OnUpdate(framework::View* /*sender*/, long /*hint*/, void* /*object*/) {
     const auto* project = dynamic_cast<const CQuilletDoc*>(GetDocument());
-    if (project == nullptr)
-        return;
+    if (project == nullptr) return;
+    // The tree is rebuilt whole; what the person opened and picked stays open and picked.
+    QSet<QStringList> expanded;
+    CollectExpanded(invisibleRootItem(), expanded);
+    const QStringList current = currentItem() != nullptr ? PathOf(currentItem()) : QStringList();
     clear();
     AddNodes(invisibleRootItem(), BuildWorkspaceTree(*project));
+    RestoreExpanded(invisibleRootItem(), expanded);
+    if (!current.isEmpty()) SelectPath(current);
+}
+
+void ProjectTreeView::SelectPath(const QStringList& path) {
+    QTreeWidgetItem* item = invisibleRootItem();
+    for (const QString& text : path) {
+        QTreeWidgetItem* next = nullptr;
+        for (int index = 0; index < item->childCount() && next == nullptr; ++index) {
+            if (item->child(index)->text(0) == text) next = item->child(index);
+        }
+        if (next == nullptr) return;
+        item = next;
+    }
+    setCurrentItem(item);
 }
 
 void ProjectTreeView::AddNodes(QTreeWidgetItem* parent, const std::vector<TreeNode>& nodes) {

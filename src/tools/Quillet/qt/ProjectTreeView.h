@@ -14,5 +14,6 @@ public:
     void OnUpdate(framework::View* sender, long hint, void* object) override;
 
 private:
+    void SelectPath(const QStringList& path);
     void AddNodes(QTreeWidgetItem* parent, const std::vector<TreeNode>& nodes);
 };

@@ -66,8 +66,7 @@ QString FilterText(const framework::FileDialogRequest& request) {
 
 // A box must never fight a drag for the mouse.
 void ReleaseMouse() {
-    if (QWidget* grabber = QWidget::mouseGrabber())
-        grabber->releaseMouse();
+    if (QWidget* grabber = QWidget::mouseGrabber()) grabber->releaseMouse();
 }
 
 }  // namespace
@@ -86,8 +85,7 @@ std::optional<std::string> QtUserInterface::AskOpenFileName(
     const QString path =
         QFileDialog::getOpenFileName(parent_, ToQString(request.title),
                                      PathToQString(request.initial_path), FilterText(request));
-    if (path.isEmpty())
-        return std::nullopt;
+    if (path.isEmpty()) return std::nullopt;
     return PathFromQString(path);
 }
 
@@ -97,10 +95,8 @@ std::optional<std::string> QtUserInterface::AskSaveFileName(
     QString path =
         QFileDialog::getSaveFileName(parent_, ToQString(request.title),
                                      PathToQString(request.initial_path), FilterText(request));
-    if (path.isEmpty())
-        return std::nullopt;
-    if (QFileInfo(path).suffix().isEmpty())
-        path += ToQString(request.default_extension);
+    if (path.isEmpty()) return std::nullopt;
+    if (QFileInfo(path).suffix().isEmpty()) path += ToQString(request.default_extension);
     return PathFromQString(path);
 }
 

@@ -22,8 +22,7 @@ std::unique_ptr<framework::Document> MakeDocument() {
 // looked at.
 void EnterBrenmoorRoot() {
     const char* root = std::getenv("BrenmoorRoot");
-    if (root == nullptr)
-        return;
+    if (root == nullptr) return;
     std::error_code ignored;
     std::filesystem::current_path(root, ignored);
 }
@@ -31,8 +30,7 @@ void EnterBrenmoorRoot() {
 // The file named on the command line: the first word that is not an option.
 std::string FileOnCommandLine(const std::vector<std::string>& arguments) {
     for (const std::string& word : arguments) {
-        if (!word.empty() && word.front() != '-')
-            return word;
+        if (!word.empty() && word.front() != '-') return word;
     }
     return {};
 }
@@ -60,20 +58,17 @@ bool CQuilletApp::InitInstance(const std::vector<std::string>& arguments, MainFr
     EnterBrenmoorRoot();
     LoadStdProfileSettings();
     AddTemplates();
-    if (host != nullptr && !host->CreateMainFrame())
-        return false;
+    if (host != nullptr && !host->CreateMainFrame()) return false;
 
     // A recent project stands over a path on the command line.
     std::string file = FindFileToReopen();
-    if (file.empty())
-        file = FileOnCommandLine(arguments);
+    if (file.empty()) file = FileOnCommandLine(arguments);
     if (file.empty())
         OnFileNew();
     else
         OpenDocumentFile(file);
 
-    if (host != nullptr)
-        SetStatusPane(host->ShowMainFrame());
+    if (host != nullptr) SetStatusPane(host->ShowMainFrame());
     return true;
 }
 
@@ -85,10 +80,8 @@ std::string CQuilletApp::FindFileToReopen() const {
     for (int number = 1;; ++number) {
         std::string entry = Profile().GetString(framework::RecentFileList::kSection,
                                                 framework::RecentFileList::EntryName(number), "");
-        if (entry.empty())
-            return {};
-        if (HasProjectExtension(entry))
-            return entry;
+        if (entry.empty()) return {};
+        if (HasProjectExtension(entry)) return entry;
     }
 }
 
@@ -104,16 +97,13 @@ bool CQuilletApp::SaveAllModified() {
 }
 
 void CQuilletApp::AddToRecentFileList(const std::string& path) {
-    if (!path.empty() && HasProjectExtension(path))
-        Application::AddToRecentFileList(path);
+    if (!path.empty() && HasProjectExtension(path)) Application::AddToRecentFileList(path);
 }
 
 void CQuilletApp::OnEditUndo() {
-    if (CQuilletDoc* project = GetProjectDoc())
-        project->OnEditUndo();
+    if (CQuilletDoc* project = GetProjectDoc()) project->OnEditUndo();
 }
 
 void CQuilletApp::OnEditRedo() {
-    if (CQuilletDoc* project = GetProjectDoc())
-        project->OnEditRedo();
+    if (CQuilletDoc* project = GetProjectDoc()) project->OnEditRedo();
 }
