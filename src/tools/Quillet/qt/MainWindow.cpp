@@ -23,13 +23,14 @@ constexpr int kProjectTemplate = 0;
 const QString kGeometryKey = QStringLiteral("MainWindow/geometry");
 const QString kStateKey = QStringLiteral("MainWindow/state");
 
-// Puts a new view of `document` in its own MDI window.
+// Puts a new view of `document` in its own MDI window of the given size.
 template <typename ViewType>
-void OpenFrame(QMdiArea& area, framework::Document& document) {
+void OpenFrame(QMdiArea& area, framework::Document& document, QSize size) {
     auto* view = new ViewType;
     document.AddView(*view);
     auto* frame = new MdiFrame(*view, view);
     area.addSubWindow(frame);
+    frame->resize(size);
     frame->show();
     view->OnUpdate(nullptr, 0, nullptr);
 }
@@ -184,7 +185,7 @@ void MainWindow::FillToolBar() {
 
 void MainWindow::CreateFrameFactories() {
     app_.Templates()[kProjectTemplate]->SetFrameFactory([this](framework::Document& document) {
-        OpenFrame<ProjectTreeView>(*mdi_area_, document);
+        OpenFrame<ProjectTreeView>(*mdi_area_, document, QSize(340, 560));
     });
 }
 

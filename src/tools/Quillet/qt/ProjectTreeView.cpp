@@ -43,12 +43,16 @@ void ProjectTreeView::OnUpdate(framework::View* /*sender*/, long /*hint*/, void*
     const auto* project = dynamic_cast<const CQuilletDoc*>(GetDocument());
     if (project == nullptr) return;
     // The tree is rebuilt whole; what the person opened and picked stays open and picked.
+    const bool first_build = topLevelItemCount() == 0;
     QSet<QStringList> expanded;
     CollectExpanded(invisibleRootItem(), expanded);
     const QStringList current = currentItem() != nullptr ? PathOf(currentItem()) : QStringList();
     clear();
     AddNodes(invisibleRootItem(), BuildWorkspaceTree(*project));
-    RestoreExpanded(invisibleRootItem(), expanded);
+    if (first_build)
+        expandToDepth(0);
+    else
+        RestoreExpanded(invisibleRootItem(), expanded);
     if (!current.isEmpty()) SelectPath(current);
 }
 
