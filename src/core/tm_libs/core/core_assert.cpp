@@ -131,27 +131,33 @@ void break_into_debugger() {
 
 }  // namespace Core
 
-namespace boost {
-// Boost's own assertions reach the same path, all sharing one "Ignore Always" flag.
-void assertion_failed(char const* expression, char const* /*function*/, char const* file,
-                      long line) {
+namespace {
+
+// Boost's assertions all share one "Ignore Always" flag.
+Core::AssertionRecord boost_assertion_record(char const* expression, char const* file, long line) {
     static bool ignore = false;
     Core::AssertionRecord record;
     record.expression = expression;
     record.file = file;
     record.line = static_cast<int>(line);
     record.ignore = &ignore;
+    return record;
+}
+
+}  // namespace
+
+namespace boost {
+
+void assertion_failed(char const* expression, char const* /*function*/, char const* file,
+                      long line) {
+    Core::AssertionRecord record = boost_assertion_record(expression, file, line);
     if (Core::assertion_failed(record, nullptr)) Core::break_into_debugger();
 }
 
 void assertion_failed_msg(char const* expression, char const* message, char const* function,
                           char const* file, long line) {
-    static bool ignore = false;
-    Core::AssertionRecord record;
-    record.expression = expression;
-    record.file = file;
-    record.line = static_cast<int>(line);
-    record.ignore = &ignore;
+    Core::AssertionRecord record = boost_assertion_record(expression, file, line);
     if (Core::assertion_failed(record, "%s (%s)", message, function)) Core::break_into_debugger();
 }
+
 }  // namespace boost
