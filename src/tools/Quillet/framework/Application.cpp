@@ -1,5 +1,6 @@
 #include "Application.h"
 
+#include <algorithm>
 #include <filesystem>
 
 #include "View.h"
