@@ -10,6 +10,7 @@
 #include <boost/assert.hpp>
 
 #include "core_debugger.h"
+#include "core_log.h"
 
 namespace Core {
 namespace {
@@ -110,6 +111,7 @@ bool assertion_failed(AssertionRecord& record, const char* format, ...) {
     const std::string text = describe(record, detail);
     std::free(record.message);
     record.message = nullptr;
+    flush_logs();
 
     if (record.ignore != nullptr && *record.ignore) {
         in_assertion = false;

@@ -44,7 +44,11 @@ bool write_file_atomically(const std::string& path, std::string_view bytes, std:
     const std::filesystem::path target(path);
     std::filesystem::path folder = target.parent_path();
     if (folder.empty()) folder = ".";
-    std::string temporary = (folder / ("." + target.filename().string() + ".XXXXXX")).string();
+    // A hidden name beside the target, ".NAME.XXXXXX", for mkstemp to fill in.
+    std::filesystem::path hidden = ".";
+    hidden += target.filename();
+    hidden += ".XXXXXX";
+    std::string temporary = (folder / hidden).string();
 
     const int descriptor = ::mkstemp(temporary.data());
     if (descriptor < 0) {

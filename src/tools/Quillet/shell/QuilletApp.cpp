@@ -3,6 +3,9 @@
 #include <cstdlib>
 #include <filesystem>
 
+#include "core.h"
+#include "core_log_options.h"
+#include "core_settings.h"
 #include "layout/LayoutPageDoc.h"
 #include "model/QuilletDoc.h"
 #include "texture/TexturePageDoc.h"
@@ -25,6 +28,13 @@ void EnterBrenmoorRoot() {
     if (root == nullptr) return;
     std::error_code ignored;
     std::filesystem::current_path(root, ignored);
+}
+
+// The options are declared but never parsed: each keeps its starting value.
+void StartCoreServices() {
+    Core::declare_debug_window_option();
+    Core::Detail::log_options();
+    Core::init();
 }
 
 // The file named on the command line: the first word that is not an option.
@@ -56,6 +66,7 @@ void CQuilletApp::AddTemplates() {
 
 bool CQuilletApp::InitInstance(const std::vector<std::string>& arguments, MainFrameHost* host) {
     EnterBrenmoorRoot();
+    StartCoreServices();
     LoadStdProfileSettings();
     AddTemplates();
     if (host != nullptr && !host->CreateMainFrame()) return false;

@@ -29,7 +29,7 @@ public:
     // Runs the start. `arguments` are the command line's words after the program's name;
     // `host` is null without windows. False when the program must end.
     bool InitInstance(const std::vector<std::string>& arguments, MainFrameHost* host);
-    // Runs the stop: the settings are stored.
+    // Runs the stop: the settings are stored and the core services shut down.
     void ExitInstance();
 
     // Asks once, for the project alone: page documents lose their modified flags first.

@@ -1,0 +1,58 @@
+#include "bench_table.h"
+
+#include <benchmark/benchmark.h>
+
+#include <cstdio>
+#include <map>
+
+namespace bench {
+namespace {
+
+// Keeps every run's figures instead of printing them.
+class Collector : public benchmark::BenchmarkReporter {
+public:
+    std::map<std::string, benchmark::BenchmarkReporter::Run> runs;
+
+    bool ReportContext(const Context&) override { return true; }
+    void ReportRuns(const std::vector<Run>& reports) override {
+        for (const Run& run : reports) {
+            if (run.run_type == Run::RT_Iteration) runs[run.benchmark_name()] = run;
+        }
+    }
+};
+
+double Value(const benchmark::BenchmarkReporter::Run& run, Figure::Measure measure) {
+    if (measure == Figure::Measure::ItemsPerSecond) {
+        const auto found = run.counters.find("items_per_second");
+        return found == run.counters.end() ? 0.0 : static_cast<double>(found->second);
+    }
+    return run.GetAdjustedRealTime() / benchmark::GetTimeUnitMultiplier(run.time_unit) * 1e9;
+}
+
+const char* Unit(Figure::Measure measure) {
+    return measure == Figure::Measure::ItemsPerSecond ? "items/s" : "ns";
+}
+
+}  // namespace
+
+int RunTable(int argc, char** argv, const std::vector<Figure>& figures) {
+    benchmark::Initialize(&argc, argv);
+    Collector collector;
+    benchmark::RunSpecifiedBenchmarks(&collector);
+    for (const Figure& figure : figures) {
+        const auto measured = collector.runs.find(figure.measured);
+        const auto reference = collector.runs.find(figure.reference);
+        if (measured == collector.runs.end() || reference == collector.runs.end()) continue;
+        const double value = Value(measured->second, figure.measure);
+        const double reference_value = Value(reference->second, figure.measure);
+        const double ratio = reference_value > 0 ? value / reference_value : 0.0;
+        std::printf("%s  %.4g %s  ref=%.4g %s  ratio=%.3g  target=%s  %s\n", figure.name.c_str(),
+                    value, Unit(figure.measure), reference_value, Unit(figure.measure), ratio,
+                    figure.target.c_str(), figure.meets(value, reference_value) ? "ok" : "MISS");
+    }
+    std::fflush(stdout);
+    benchmark::Shutdown();
+    return 0;
+}
+
+}  // namespace bench

@@ -1,0 +1,56 @@
+#include "core_settings.h"
+
+#include <utility>
+
+#include "core_options.h"
+
+namespace Core {
+
+DebugOptions& debug_options() {
+    static DebugOptions options;
+    return options;
+}
+
+BugReportOptions& bug_report_options() {
+    static BugReportOptions options;
+    return options;
+}
+
+IOOptions& io_options() {
+    static IOOptions options;
+    return options;
+}
+
+void declare_startup_options(Options& registry) {
+    declare(registry, "Debug options", "debug.default_no_dump",
+            switch_option(&debug_options().default_no_dump));
+    IOOptions& io = io_options();
+    declare(registry, "IO options", "io.disable_file_cache", switch_option(&io.disable_file_cache),
+            "Disable search file cache if present");
+    declare(registry, "IO options", "io.packs_root", option(&io.packs_root), "Root path for packs");
+    declare(registry, "IO options", "io.filtered", option(&io.filtered), "Filtered file list");
+    declare(registry, "IO options", "io.file_first", switch_option(&io.file_first),
+            "Enable file override for packs");
+}
+
+void declare_debug_window_option() {
+    static bool declared = false;
+    if (std::exchange(declared, true)) return;
+    auto window = option(&debug_options().window);
+    window->default_value(true);
+    declare("Debug options", "debug.window", std::move(window),
+            "Enable/disable debug window output");
+}
+
+void declare_bug_report_options() {
+    static bool declared = false;
+    if (std::exchange(declared, true)) return;
+    BugReportOptions& report = bug_report_options();
+    declare("BugReport Options", "core.disable_dialogs", switch_option(&report.disable_dialogs),
+            "Disables displaying of dialogs");
+    declare("BugReport Options", "core.assert_ignore_always",
+            switch_option(&report.assert_ignore_always));
+    declare("BugReport Options", "core.exception_search", switch_option(&report.exception_search));
+}
+
+}  // namespace Core

@@ -1,0 +1,40 @@
+// The plain settings of the core services, each bound to its option.
+#pragma once
+
+#include <string>
+
+namespace Core {
+
+class Options;
+
+// "Debug options"
+struct DebugOptions {
+    bool window = true;            // debug.window: diagnostics on standard error
+    bool default_no_dump = false;  // debug.default_no_dump
+};
+// "BugReport Options"
+struct BugReportOptions {
+    bool disable_dialogs = false;       // core.disable_dialogs
+    bool assert_ignore_always = false;  // core.assert_ignore_always
+    bool exception_search = false;      // core.exception_search
+};
+// "IO options"
+struct IOOptions {
+    bool disable_file_cache = false;  // io.disable_file_cache
+    std::string packs_root;           // io.packs_root
+    std::string filtered;             // io.filtered
+    bool file_first = false;          // io.file_first
+};
+
+DebugOptions& debug_options();
+BugReportOptions& bug_report_options();
+IOOptions& io_options();
+
+// What static initialisers declare before main: debug.default_no_dump, then io.*.
+void declare_startup_options(Options& registry);
+// debug.window, declared by the application's start (once; later calls do nothing).
+void declare_debug_window_option();
+// core.*, declared by Core::init (once).
+void declare_bug_report_options();
+
+}  // namespace Core

@@ -1,0 +1,215 @@
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <filesystem>
+
+#include "TempDir.h"
+#include "core_buffers.h"
+#include "core_file_provider.h"
+#include "core_path_match.h"
+#include "core_settings.h"
+
+namespace {
+
+// Each test runs in a folder of its own, as the program runs in its root folder.
+class IoTest : public testing::Test {
+protected:
+    TempDir dir;
+    std::filesystem::path previous = std::filesystem::current_path();
+
+    void SetUp() override { std::filesystem::current_path(dir.Path()); }
+    void TearDown() override { std::filesystem::current_path(previous); }
+};
+
+std::vector<std::string> Names(const std::vector<const char*>& found) {
+    return std::vector<std::string>(found.begin(), found.end());
+}
+
+using Names_ = std::vector<std::string>;
+
+TEST_F(IoTest, BareNameIsFalseFirstAndTrueAfter) {
+    dir.Write("readme.txt", "x");
+    Core::FileBufferProvider provider;
+    EXPECT_FALSE(provider.exists("readme.txt"));
+    EXPECT_TRUE(provider.exists("readme.txt"));
+}
+
+TEST_F(IoTest, FoldersSeenInAListingExistAndTheCacheIsNotRefreshed) {
+    dir.Write("data/ui/button.tga", "x");
+    Core::FileBufferProvider fresh;
+    EXPECT_FALSE(fresh.exists("data/ui"));  // nothing listed yet
+
+    Core::FileBufferProvider provider;
+    EXPECT_TRUE(provider.exists("Data/Button.TGA") == false);
+    EXPECT_TRUE(provider.exists("data/ui"));
+    EXPECT_TRUE(provider.exists("DATA/UI/BUTTON.TGA"));
+    dir.Write("data/ui/later.tga", "x");
+    EXPECT_FALSE(provider.exists("data/ui/later.tga"));
+    EXPECT_TRUE(provider.file_changed("data/ui/later.tga"));
+    EXPECT_TRUE(provider.exists("data/ui/later.tga"));
+    provider.clear_cache();
+    EXPECT_EQ(provider.counters().lookups, 0u);
+}
+
+TEST_F(IoTest, WithoutTheCacheNewFilesAreSeenAtOnce) {
+    Core::IOOptions& options = Core::io_options();
+    options.disable_file_cache = true;
+    Core::FileBufferProvider provider;
+    EXPECT_FALSE(provider.exists("a/late.txt"));
+    dir.Write("a/late.txt", "x");
+    EXPECT_TRUE(provider.exists("a/late.txt"));
+    EXPECT_FALSE(provider.exists("a"));  // a folder is no file
+    options.disable_file_cache = false;
+}
+
+TEST_F(IoTest, FindStopsWhereASubfolderBeginsUnlessRecursive) {
+    for (const char* name : {"data/a.tga", "data/art/x.tga", "data/b.tga", "data/c.png"})
+        dir.Write(name, "x");
+    Core::FileBufferProvider provider;
+    EXPECT_EQ(Names(provider.find("data/*.tga", 0)), (Names_{"data/a.tga", "data/b.tga"}));
+    // Once data/art is listed, a plain find stops at its first key: b.tga sorts behind it.
+    provider.find("data/art/*", 0);
+    EXPECT_EQ(Names(provider.find("data/*.tga", 0)), (Names_{"data/a.tga"}));
+    Core::FileBufferProvider recursive;
+    EXPECT_EQ(Names(recursive.find("data/*.tga", Core::IOManager::kFindRecursive)),
+              (Names_{"data/a.tga", "data/art/x.tga", "data/b.tga"}));
+}
+
+TEST_F(IoTest, NamesAreFoundWithoutRegardToCaseAndHandedOutAsOnDisk) {
+    dir.Write("Pages/UI Main.TGA", "x");
+    Core::FileBufferProvider provider;
+    EXPECT_EQ(Names(provider.find("pages/*.tga", 0)), (Names_{"Pages/UI Main.TGA"}));
+    EXPECT_TRUE(provider.exists("PAGES/ui main.tga"));
+    const auto buffer = provider.open(std::string("pages/ui main.tga"));
+    ASSERT_TRUE(buffer);
+    EXPECT_EQ(buffer->size(), 1u);
+}
+
+TEST_F(IoTest, LinksThatLoopDoNotHangARecursiveScan) {
+    dir.Write("tree/a.tga", "x");
+    std::filesystem::create_directory_symlink(dir.Path() / "tree", dir.Path() / "tree/again");
+    std::filesystem::create_symlink(dir.Path() / "gone", dir.Path() / "tree/broken");
+    Core::FileBufferProvider provider;
+    const auto found = Names(provider.find("tree/*.tga", Core::IOManager::kFindRecursive));
+    EXPECT_EQ(found.front(), "tree/a.tga");
+    EXPECT_LE(found.size(), 3u);
+}
+
+TEST_F(IoTest, DirectoryChangedForgetsTheFolderFiles) {
+    dir.Write("pages/a.tga", "x");
+    dir.Write("pages/b.tga", "x");
+    Core::FileBufferProvider provider;
+    EXPECT_TRUE(provider.exists("pages/a.tga"));
+    std::filesystem::remove(dir.Path() / "pages/b.tga");
+    provider.directory_changed("pages/b.tga");
+    EXPECT_FALSE(provider.exists("pages/b.tga"));
+    // As it stands: every file of the folder is forgotten until the cache is cleared.
+    EXPECT_FALSE(provider.exists("pages/a.tga"));
+}
+
+TEST_F(IoTest, BuffersNeverReadPastTheEnd) {
+    dir.Write("five.bin", "12345");
+    Core::FileBufferProvider provider;
+    const auto buffer = provider.open(std::string("five.bin"));
+    ASSERT_TRUE(buffer);
+    char bytes[8] = {};
+    EXPECT_EQ(buffer->read(bytes, 3), 3u);
+    EXPECT_EQ(buffer->get(), '4');
+    EXPECT_EQ(buffer->read(bytes, 8), 1u);
+    EXPECT_TRUE(buffer->eof());
+    EXPECT_EQ(buffer->get(), -1);
+    EXPECT_FALSE(buffer->seek(6));
+    EXPECT_TRUE(buffer->skip(-5));
+    EXPECT_FALSE(buffer->skip(-1));
+    ASSERT_NE(buffer->data(), nullptr);
+    EXPECT_EQ(std::string(reinterpret_cast<const char*>(buffer->data()), 5), "12345");
+    EXPECT_EQ(buffer->tell(), 0u);
+    EXPECT_FALSE(provider.open(std::string(".")));  // only regular files open
+}
+
+class IoManagerTest : public IoTest {
+protected:
+    std::unique_ptr<Core::IOManager> manager;
+    void SetUp() override {
+        IoTest::SetUp();
+        manager = std::make_unique<Core::IOManager>();
+    }
+};
+
+TEST_F(IoManagerTest, FilterLaterLinesOutrankEarlierOnes) {
+    for (const char* name : {"ui/a.tga", "b.tga"})
+        dir.Write(name, "x");
+    manager->load_filter(dir.Write("filter.txt", "-*.tga\n+ui/*.tga\n"));
+    EXPECT_TRUE(manager->filtered());
+    EXPECT_FALSE(manager->excluded("ui/a.tga"));
+    EXPECT_TRUE(manager->excluded("b.tga"));
+    EXPECT_TRUE(manager->open("ui/a.tga"));
+    EXPECT_FALSE(manager->open("b.tga"));
+    EXPECT_TRUE(manager->open(L"b.tga"));  // wide paths are never filtered
+
+    Core::IOManager reverse;
+    reverse.load_filter(dir.Write("reverse.txt", "+ui/*.tga\n-*.tga\n"));
+    EXPECT_TRUE(reverse.excluded("ui/a.tga"));
+    EXPECT_TRUE(reverse.excluded("B.TGA"));
+}
+
+TEST_F(IoManagerTest, OpenOrThrowAndInputBuffers) {
+    dir.Write("text.txt", std::string("\xFF\xFE"
+                                      "a",
+                                      3));
+    EXPECT_THROW(manager->open_or_throw("missing.txt"), std::ios_base::failure);
+    Core::InputBuffer buffer;
+    EXPECT_TRUE(buffer.open_skipping_signature(L"text.txt"));
+    EXPECT_EQ(buffer.get(), 'a');
+    EXPECT_FALSE(buffer.open("missing.txt"));
+    testing::internal::CaptureStderr();
+    EXPECT_TRUE(buffer.eof());
+    EXPECT_EQ(buffer.read(nullptr, 4), 0u);
+    EXPECT_NE(testing::internal::GetCapturedStderr().find("Invalid INPUT_BUFFER!"),
+              std::string::npos);
+}
+
+TEST_F(IoManagerTest, FindMergesProvidersAndMountingFollowsFileFirst) {
+    struct Named : Core::InputBufferProvider {
+        std::string label;
+        std::vector<const char*> names;
+        explicit Named(std::string text) : label(std::move(text)) {}
+        std::shared_ptr<Core::InputBufferImpl> open(const std::wstring&) override { return {}; }
+        std::shared_ptr<Core::InputBufferImpl> open(const std::string&) override { return {}; }
+        bool exists(const std::string& path) override { return path == label; }
+        std::vector<const char*> find(const std::string&, unsigned) override { return names; }
+        const char* name() const override { return label.c_str(); }
+    };
+    dir.Write("a/x.tga", "x");
+    auto pack = std::make_shared<Named>("pack");
+    pack->names = {"a/x.tga", "a/w.tga"};
+    manager->mount_provider(pack);
+    EXPECT_EQ(Names(manager->find("A/*.tga", 0)), (Names_{"a/w.tga", "a/x.tga"}));
+    EXPECT_TRUE(manager->exists("pack"));
+    EXPECT_TRUE(manager->mount(""));
+    EXPECT_FALSE(manager->mount("ui.pack"));
+}
+
+TEST(PathMatchTest, DirectoriesComponentsAndAlternatives) {
+    using Core::match;
+    EXPECT_TRUE(match("*.tga", "ui/a.tga", false));  // no folder: the last component alone
+    EXPECT_TRUE(match("ui/*.tga", "ui/a.tga", false));
+    EXPECT_FALSE(match("ui/*.tga", "ui/sub/a.tga", false));
+    EXPECT_TRUE(match("ui/*.tga", "ui/sub/a.tga", true));
+    EXPECT_TRUE(match("ui/<", "ui/sub/a.tga", false));
+    EXPECT_TRUE(match("*/a.tga", "ui/a.tga", false));
+    EXPECT_FALSE(match("*/a.tga", "x/ui/a.tga", false));
+    EXPECT_TRUE(match("u?/a.tga", "ui/a.tga", false));
+    EXPECT_TRUE(match("ui\\b/a.tga", "ui/b/a.tga", false));
+    EXPECT_FALSE(match("ui\\a.tga", "ui/a.tga", false));  // no '/': '\\' is a character
+    EXPECT_TRUE(match("abc.*", "abc", false));
+    EXPECT_TRUE(match("abc*.", "abc", false));
+    EXPECT_FALSE(match("abc.x", "abc", false));
+    EXPECT_TRUE(match("*.png;*.tga", "a.tga", false));
+    EXPECT_FALSE(match("*.png;*.bmp", "a.tga", false));
+    EXPECT_FALSE(match("a.tga", "A.tga", false));
+    EXPECT_TRUE(match("*", "", false));
+    EXPECT_EQ(Core::fold_path("Data/\xC3\x89T\xC3\xA9.TGA"), "data/\xC3\x89t\xC3\xA9.tga");
+}
+
+}  // namespace
