@@ -153,6 +153,18 @@ TEST_F(IoManagerTest, FilterLaterLinesOutrankEarlierOnes) {
     EXPECT_TRUE(reverse.excluded("B.TGA"));
 }
 
+TEST_F(IoManagerTest, LongAndGarbageFilterLinesAreReadInPieces) {
+    // A line of 2046 characters is two rules of 1023: an exclusion of "b.tga" and a piece of
+    // x's; binary noise makes rules that match nothing.
+    std::string filter = "-b.tga" + std::string(1017, 'x') + "+b.tga" + std::string(1017, 'y');
+    filter += "\n\x01\xff\x80*\n";
+    manager->load_filter(dir.Write("filter.txt", filter));
+    EXPECT_FALSE(manager->excluded("b.tga"));  // the later piece includes it
+    EXPECT_FALSE(manager->excluded("a.tga"));
+    manager->load_filter(dir.File("missing.txt"));
+    EXPECT_TRUE(manager->filtered());
+}
+
 TEST_F(IoManagerTest, OpenOrThrowAndInputBuffers) {
     dir.Write("text.txt", std::string("\xFF\xFE"
                                       "a",

@@ -122,12 +122,14 @@ TEST(LogFormatTest, LineParts) {
               "[system.io] [warning] open\n");
     format.show_level = false;
     EXPECT_EQ(Core::Detail::format_line("system.io", "open", Core::warning), "[system.io] open\n");
-    format = saved;
+    format.timestamp = true;
+    format.show_level = true;
     const std::string stamped = Core::Detail::format_line("a", "b", Core::info);
     ASSERT_EQ(stamped.size(), 13u + 13u);  // "HH:MM:SS.mmm " then "[a] [info] b\n"
     EXPECT_EQ(stamped[2], ':');
     EXPECT_EQ(stamped[8], '.');
     EXPECT_EQ(stamped.substr(12), " [a] [info] b\n");
+    format = saved;
 }
 
 TEST(LogFileTest, LogsNamingOneFileShareItsWriter) {

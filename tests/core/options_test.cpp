@@ -4,7 +4,9 @@
 
 #include "TempDir.h"
 #include "core_config_file_iterator.h"
+#include "core_log_options.h"
 #include "core_options.h"
+#include "core_settings.h"
 
 namespace {
 
@@ -47,6 +49,9 @@ TEST(ConfigFileTest, DescriptionsItCannotServeAreRefused) {
 
 class OptionsTest : public testing::Test {
 protected:
+    // A parse hands log.to to the log options once; tests write no log file.
+    void SetUp() override { Core::Detail::log_options().log_to.clear(); }
+
     // Options are declared once per process; each test uses names of its own.
     static void Declare(const char* name, std::string* variable) {
         Core::declare("Test options", name, Core::option(variable), "a test option");
@@ -112,6 +117,42 @@ TEST_F(OptionsTest, WritesEveryOptionAsAnOptionFile) {
     EXPECT_NE(text.find("file_first = false [false]\nfiltered = \npacks_root = \n"),
               std::string::npos);
     EXPECT_NE(text.find("[debug]\ndefault_no_dump = false [false]\n"), std::string::npos);
+}
+
+TEST_F(OptionsTest, LogOptionsApplyDuringTheParse) {
+    TempDir dir;
+    const std::string file = dir.File("applied.log");
+    const std::string line =
+        "--log.level 'test.applied error' --log.file 'test.filed " + file + "'";
+    EXPECT_TRUE(Core::Options::instance().parse(line, nullptr, nullptr));
+    auto& manager = boost::logging::manager::instance();
+    EXPECT_EQ(manager.get_log("test.applied")->level(), Core::error);
+    manager.write(*manager.get_log("test.filed"), "into the file", Core::warning);
+    Core::flush_logs();
+    const std::string written = ReadFile(file);
+    EXPECT_TRUE(written.ends_with("[test.filed] [warning] into the file\n")) << written;
+}
+
+TEST_F(OptionsTest, MemoryOptionsStartAtTheirOwnValuesAndParseToTheirDefaults) {
+    Core::MemoryOptions& memory = Core::memory_options();
+    EXPECT_EQ(memory.leak_depth, 24);
+    EXPECT_TRUE(memory.leaks);
+    EXPECT_TRUE(Core::Options::instance().parse("", nullptr, nullptr));
+    EXPECT_EQ(memory.leak_depth, 10);
+    EXPECT_FALSE(memory.leaks);
+    EXPECT_EQ(memory.init, 205);
+}
+
+TEST_F(OptionsTest, GarbageInOptionFilesIsSkipped) {
+    static std::string kept;
+    Declare("test.garbage", &kept);
+    TempDir dir;
+    std::string garbage(5000, 'x');
+    garbage += "\n\x01\x02=\xff\n[\n]]]\n====\ntest.garbage = kept\n";
+    garbage += std::string(100000, '=') + "\n";
+    EXPECT_TRUE(
+        Core::Options::instance().parse("", nullptr, dir.Write("bad.ini", garbage).c_str()));
+    EXPECT_EQ(kept, "kept");
 }
 
 TEST(OptionItemTest, WritesTypesDefaultsAndMissingValues) {

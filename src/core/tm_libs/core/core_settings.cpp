@@ -21,6 +21,30 @@ IOOptions& io_options() {
     return options;
 }
 
+MemoryOptions& memory_options() {
+    static MemoryOptions options;
+    return options;
+}
+
+// The declared defaults differ from the starting values: only a parse applies them.
+MemoryOptions::MemoryOptions() {
+    const auto with_default = [](auto* variable, auto value) {
+        auto declared = option(variable);
+        declared->default_value(value);
+        return declared;
+    };
+    declare("Memory options", "mem.init", with_default(&init, 205),
+            "Set initialisation value for memory");
+    declare("Memory options", "mem.leaks", with_default(&leaks, false),
+            "Enable extended memory leak tracing");
+    declare("Memory options", "mem.leak_depth", with_default(&leak_depth, 10),
+            "Extended memory leak tracing stack depth");
+    declare("Memory options", "mem.crt", with_default(&crt, true),
+            "Enable crt memory leak tracing");
+    declare("Memory options", "mem.accounting", with_default(&accounting, false),
+            "Enable memory accounting (requires 'leaks')");
+}
+
 void declare_startup_options(Options& registry) {
     declare(registry, "Debug options", "debug.default_no_dump",
             switch_option(&debug_options().default_no_dump));

@@ -26,9 +26,20 @@ struct IOOptions {
     bool file_first = false;          // io.file_first
 };
 
+// "Memory options": declared with their defaults when first asked for.
+struct MemoryOptions {
+    MemoryOptions();
+    int init = 205;           // mem.init
+    bool leaks = true;        // mem.leaks
+    int leak_depth = 24;      // mem.leak_depth
+    bool crt = true;          // mem.crt
+    bool accounting = false;  // mem.accounting
+};
+
 DebugOptions& debug_options();
 BugReportOptions& bug_report_options();
 IOOptions& io_options();
+MemoryOptions& memory_options();
 
 // What static initialisers declare before main: debug.default_no_dump, then io.*.
 void declare_startup_options(Options& registry);
