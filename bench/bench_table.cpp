@@ -21,16 +21,37 @@ public:
     }
 };
 
+double Counter(const benchmark::BenchmarkReporter::Run& run, const char* name) {
+    const auto found = run.counters.find(name);
+    return found == run.counters.end() ? 0.0 : static_cast<double>(found->second);
+}
+
 double Value(const benchmark::BenchmarkReporter::Run& run, Figure::Measure measure) {
-    if (measure == Figure::Measure::ItemsPerSecond) {
-        const auto found = run.counters.find("items_per_second");
-        return found == run.counters.end() ? 0.0 : static_cast<double>(found->second);
+    switch (measure) {
+        case Figure::Measure::ItemsPerSecond:
+            return Counter(run, "items_per_second");
+        case Figure::Measure::MegapixelsPerSecond:
+            return Counter(run, "items_per_second") / 1e6;
+        case Figure::Measure::MegabytesPerSecond:
+            return Counter(run, "bytes_per_second") / 1e6;
+        case Figure::Measure::NanosecondsPerIteration:
+            break;
     }
     return run.GetAdjustedRealTime() / benchmark::GetTimeUnitMultiplier(run.time_unit) * 1e9;
 }
 
 const char* Unit(Figure::Measure measure) {
-    return measure == Figure::Measure::ItemsPerSecond ? "items/s" : "ns";
+    switch (measure) {
+        case Figure::Measure::ItemsPerSecond:
+            return "items/s";
+        case Figure::Measure::MegapixelsPerSecond:
+            return "Mpix/s";
+        case Figure::Measure::MegabytesPerSecond:
+            return "MB/s";
+        case Figure::Measure::NanosecondsPerIteration:
+            break;
+    }
+    return "ns";
 }
 
 }  // namespace

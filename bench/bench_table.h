@@ -11,7 +11,12 @@
 namespace bench {
 
 struct Figure {
-    enum class Measure { NanosecondsPerIteration, ItemsPerSecond };
+    enum class Measure {
+        NanosecondsPerIteration,
+        ItemsPerSecond,
+        MegapixelsPerSecond,
+        MegabytesPerSecond
+    };
 
     std::string name;
     std::string measured;   // the benchmark's name

@@ -1,8 +1,8 @@
 // Runs quillet-cli on every folder of e2e/ and compares what it wrote with what is expected.
 //
 // A folder holds `command` (the arguments; {in} is the folder, {out} a fresh folder),
-// optionally `exit` (the expected exit code, 0 if absent) and `stderr` (the expected error
-// output), and `expected/` with the files that must appear in {out}, byte for byte.
+// optionally `exit` (the expected exit code, 0 if absent), `stdout` and `stderr` (the
+// expected output), and `expected/` with the files that must appear in {out}, byte for byte.
 // On a mismatch the actual output is written beside the expected one as NAME.actual.
 #include <gtest/gtest.h>
 #include <sys/wait.h>
@@ -49,8 +49,9 @@ TEST_P(GoldenTest, Matches) {
         Substitute(Trimmed(ReadFile((folder / "command").string())), "{in}", folder.string()),
         "{out}", out.Path().string());
     const std::string error_file = out.File("stderr.txt");
+    const std::string output_file = out.File("stdout.txt");
     const std::string command =
-        std::string(QUILLET_CLI) + " " + arguments + " 2>" + error_file + " >/dev/null";
+        std::string(QUILLET_CLI) + " " + arguments + " 2>" + error_file + " >" + output_file;
     const int status = std::system(command.c_str());
     ASSERT_TRUE(WIFEXITED(status)) << command;
 

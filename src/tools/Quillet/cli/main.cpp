@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "QltCommands.h"
+#include "TgaCommands.h"
 
 namespace {
 
@@ -18,6 +19,8 @@ struct Command {
 const std::vector<Command>& Commands() {
     static const std::vector<Command> commands = {
         {"qlt", "roundtrip", "qlt roundtrip IN OUT", RunQltRoundtrip},
+        {"tga", "info", "tga info FILE", RunTgaInfo},
+        {"tga", "convert", "tga convert IN OUT FORMAT", RunTgaConvert},
     };
     return commands;
 }

@@ -24,6 +24,12 @@ public:
     virtual bool good() const { return valid(); }
     virtual bool from_pack() const { return impl_ != nullptr && impl_->from_pack(); }
 
+    // Reads from `impl` (a buffer over memory, say) instead of a file; answers valid().
+    bool attach(std::shared_ptr<InputBufferImpl> impl) {
+        impl_ = std::move(impl);
+        return valid();
+    }
+
     // Opens a wide path and steps over a UTF-16 byte-order signature (FF FE) at its start.
     bool open_skipping_signature(const wchar_t* path);
 

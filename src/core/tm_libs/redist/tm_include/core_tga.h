@@ -1,0 +1,88 @@
+// TGA files: every picture of the suite is one. Types 1, 2, 3, 9, 10 and 11 are read;
+// writing gives uncompressed, bottom-up files of type 2 or 3.
+//
+// Failure style: null or false. A refused file leaves the reader where it was. No read goes
+// past the file and no write past a picture, whatever a header says.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "core_buffers.h"
+#include "core_images.h"
+
+namespace Core {
+
+// What a file holds; the values are those of PixelFormat.
+constexpr PixelFormat TGA_FORMAT_555 = PIXEL_FORMAT_555;
+constexpr PixelFormat TGA_FORMAT_1555 = PIXEL_FORMAT_1555;
+constexpr PixelFormat TGA_FORMAT_888 = PIXEL_FORMAT_888;
+constexpr PixelFormat TGA_FORMAT_8888 = PIXEL_FORMAT_8888;
+constexpr PixelFormat TGA_FORMAT_X888 = PIXEL_FORMAT_X888;
+constexpr PixelFormat TGA_FORMAT_GREY = PIXEL_FORMAT_GREY;
+constexpr PixelFormat TGA_FORMAT_ERROR = PIXEL_FORMAT_COUNT;
+
+struct TgaHeader {
+    uint8_t id_length = 0;
+    uint8_t colour_map_type = 0;
+    uint8_t image_type = 0;
+    uint16_t colour_map_first = 0;
+    uint16_t colour_map_length = 0;
+    uint8_t colour_map_bits = 0;
+    uint16_t x_origin = 0;
+    uint16_t y_origin = 0;
+    uint16_t width = 0;
+    uint16_t height = 0;
+    uint8_t pixel_depth = 0;
+    uint8_t descriptor = 0;  // bits 0-3 alpha bits, bit 4 right-to-left, bit 5 top-to-bottom
+    char id[256] = {};
+};
+
+// Reads through the IO manager, so a picture may come from a loose file or a pack.
+struct TgaReader {
+    InputBuffer buffer;
+};
+
+// Collects a file and writes it whole when closed: a file is never left half written.
+class TgaWriter {
+public:
+    explicit TgaWriter(std::string path) : path_(std::move(path)) {}
+    void write(const void* bytes, size_t count);
+    // Makes room for `count` more bytes at once.
+    void reserve(size_t count) { bytes_.reserve(bytes_.size() + count); }
+    // Writes the file; false (and the old file kept) when it cannot be written.
+    bool close();
+    bool failed() const { return failed_; }
+
+private:
+    std::string path_;
+    std::string bytes_;
+    bool failed_ = false;
+};
+
+// The 18 bytes and the id; bytes missing from a short file read as 0.
+void read_tga_header(TgaReader& reader, TgaHeader& header);
+// The format a header describes, or TGA_FORMAT_ERROR.
+PixelFormat tga_format(const TgaHeader& header);
+// Reads the pixels behind a header just read into `destination`.
+bool read_tga_pixels(const PixelsLock& destination, TgaReader& reader, const TgaHeader& header);
+// A new picture in the file's own format, or null (and the reader back where it was).
+Image* load_tga(TgaReader& reader);
+// A new picture in `format`, or null (and the reader back where it was).
+Image* load_tga(TgaReader& reader, PixelFormat format);
+// Reads a picture into `destination`, scaling it with `filter` if the sizes differ.
+bool load_tga_sized(const PixelsLock& destination, int filter, TgaReader& reader);
+
+// Writes `image` to `path` as a file of `format`. False when the file cannot be written.
+bool save_tga(Image& image, const char* path, PixelFormat format);
+bool write_tga(TgaWriter& writer, PixelFormat format, const PixelsLock& source, bool right_to_left,
+               bool top_to_bottom);
+void make_tga_header(TgaHeader& header, uint16_t width, uint16_t height, PixelFormat format,
+                     bool right_to_left, bool top_to_bottom, const char* id);
+void write_tga_header(TgaWriter& writer, const TgaHeader& header);
+
+// "TGA_FORMAT_555 ", ... by format value; "TGA_FORMAT_ERROR" for every value without a TGA
+// form.
+const char* tga_format_name(PixelFormat format);
+
+}  // namespace Core
