@@ -14,8 +14,7 @@ void FileBufferImpl::close() {
 }
 
 unsigned FileBufferImpl::read(void* buffer, unsigned count) {
-    const uint64_t available = size_ - std::min(position_, size_);
-    const auto wanted = static_cast<std::streamsize>(std::min<uint64_t>(count, available));
+    const auto wanted = static_cast<std::streamsize>(readable(count));
     if (wanted == 0) return 0;
     stream_.clear();
     stream_.seekg(static_cast<std::streamoff>(position_));
@@ -28,18 +27,6 @@ unsigned FileBufferImpl::read(void* buffer, unsigned count) {
 int FileBufferImpl::get() {
     unsigned char byte = 0;
     return read(&byte, 1) == 1 ? byte : -1;
-}
-
-bool FileBufferImpl::seek(uint64_t position) {
-    if (position > size_) return false;
-    position_ = position;
-    return true;
-}
-
-bool FileBufferImpl::skip(int64_t offset) {
-    if (offset < 0 && static_cast<uint64_t>(-offset) > position_) return false;
-    return seek(offset < 0 ? position_ - static_cast<uint64_t>(-offset)
-                           : position_ + static_cast<uint64_t>(offset));
 }
 
 const uint8_t* FileBufferImpl::data() {

@@ -19,25 +19,20 @@
 
 namespace Core {
 
-class FileBufferImpl : public InputBufferImpl {
+class FileBufferImpl : public PositionedBufferImpl {
 public:
     FileBufferImpl(std::ifstream stream, uint64_t size);
 
     void close() override;
     uint64_t size() const override { return size_; }
-    uint64_t tell() const override { return position_; }
-    bool eof() const override { return position_ >= size_; }
     unsigned read(void* buffer, unsigned count) override;
     int get() override;
-    bool seek(uint64_t position) override;
-    bool skip(int64_t offset) override;
     const uint8_t* data() override;
     bool from_pack() const override { return false; }
 
 private:
     std::ifstream stream_;
     uint64_t size_;
-    uint64_t position_ = 0;
     std::vector<uint8_t> content_;  // filled by data()
     bool content_loaded_ = false;
 };

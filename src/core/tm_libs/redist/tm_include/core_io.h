@@ -40,6 +40,21 @@ public:
     virtual bool from_pack() const = 0;
 };
 
+// The position keeping that every buffer over a known number of bytes shares: seeks and
+// skips that would leave the content fail and do not move.
+class PositionedBufferImpl : public InputBufferImpl {
+public:
+    uint64_t tell() const override { return position_; }
+    bool eof() const override { return position_ >= size(); }
+    bool seek(uint64_t position) override;
+    bool skip(int64_t offset) override;
+
+protected:
+    // How many of `count` bytes can be read from here.
+    uint64_t readable(uint64_t count) const;
+    uint64_t position_ = 0;
+};
+
 class InputBufferProvider {
 public:
     virtual ~InputBufferProvider() = default;
