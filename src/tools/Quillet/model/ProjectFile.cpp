@@ -6,6 +6,7 @@
 #include "qlt_errors.h"
 #include "qlt_paths.h"
 #include "qlt_syntax.h"
+#include "record_files.h"
 
 namespace {
 
@@ -17,28 +18,19 @@ std::string FormatVersion() {
     return text;
 }
 
-void ReadDimension(Archive& archive, std::string_view open, std::string_view close,
-                   int32_t& value) {
-    std::string line;
-    ReadTrimmedLine(archive, line);
-    if (!MatchTag(line, open, close)) throw NOT_A_LPAGE();
-    ReadIntValue(line, value);
-}
-
 // A piece file that does not load is forgotten without a word.
 void ReadPieceFileName(Archive& archive, std::string_view open, std::string_view close,
                        QLT_FILE& qlt_file, std::string& name, PieceFileLoader load) {
-    std::string line;
-    ReadTrimmedLine(archive, line);
-    if (!MatchTag(line, open, close)) throw NOT_A_LPAGE();
-    MakeAbsolutePath(line);
-    name = line;
+    name = ReadTaggedValue<NOT_A_LPAGE>(archive, open, close);
+    MakeAbsolutePath(name);
     if (!load(qlt_file, name)) name.clear();
 }
 
 void ReadLayoutSection(Archive& archive, QLT_FILE& qlt_file) {
-    ReadDimension(archive, "<layout_width>", "</layout_width>", qlt_file.layout_width);
-    ReadDimension(archive, "<layout_height>", "</layout_height>", qlt_file.layout_height);
+    ReadTaggedNumber<NOT_A_LPAGE>(archive, "<layout_width>", "</layout_width>",
+                                  qlt_file.layout_width);
+    ReadTaggedNumber<NOT_A_LPAGE>(archive, "<layout_height>", "</layout_height>",
+                                  qlt_file.layout_height);
     ReadPieceFileName(archive, "<piece_types_fname>", "</piece_types_fname>", qlt_file,
                       qlt_file.piece_types_fname, LoadPieceTypesFile);
     ReadPieceFileName(archive, "<piece_texts_fname>", "</piece_texts_fname>", qlt_file,
@@ -83,29 +75,40 @@ struct PassedOverSection {
     std::string_view close;
 };
 constexpr PassedOverSection kPassedOverSections[] = {
-    {"<texture>", {}, "</texture>"},
-    {"<font>", {}, "</font>"},
-    {"<fmv>", {}, "</fmv>"},
     {"<UI object>", "<UI object>", "</UI object>"},
 };
 
-// One top-level line that opens a section; false when the line opens none.
+// One top-level line that opens a section; false when the line opens none. Each reader is
+// caught where the format says: a record thrown out is dropped without a word.
 bool ReadSection(Archive& archive, std::string& line, ProjectRecords& records) {
-    if (BeginsWith(line, "<layout>")) {
+    if (BeginsWith(line, "<texture>")) {
+        records.texture_pages.push_back(ReadTexturePage(archive, line));
+    } else if (BeginsWith(line, "<font>")) {
+        try {
+            records.font_pages.push_back(ReadFontPage(archive, line));
+        } catch (const NOT_A_FONT_PAGE&) {
+        }
+    } else if (BeginsWith(line, "<fmv>")) {
+        try {
+            records.fmv_pages.push_back(ReadFmvPage(archive, line));
+        } catch (const NOT_A_FMV_PAGE&) {
+        }
+    } else if (BeginsWith(line, "<layout>")) {
         // A second <layout> section reads into the same record: the two add up.
         try {
             ReadLayoutSection(archive, records.qlt_file);
         } catch (const NOT_A_LPAGE&) {
         }
-        return true;
-    }
-    for (const PassedOverSection& section : kPassedOverSections) {
-        if (BeginsWith(line, section.open)) {
-            SkipRecord(archive, line, section.nested, section.close);
-            return true;
+    } else {
+        for (const PassedOverSection& section : kPassedOverSections) {
+            if (BeginsWith(line, section.open)) {
+                SkipRecord(archive, line, section.nested, section.close);
+                return true;
+            }
         }
+        return false;
     }
-    return false;
+    return true;
 }
 
 }  // namespace
@@ -123,5 +126,11 @@ void ReadProject(Archive& archive, ProjectRecords& records) {
 void WriteProject(Archive& archive, const ProjectRecords& records) {
     write_indent = 0;
     WriteTagLine(archive, "<version>", FormatVersion(), "</version>");
+    for (const TPAGE& page : records.texture_pages)
+        WriteTexturePage(archive, page);
+    for (const FONT_PAGE& font : records.font_pages)
+        WriteFontPage(archive, font);
+    for (const FMV_PAGE& movie : records.fmv_pages)
+        WriteFmvPage(archive, movie);
     WriteLayoutSection(archive, records.qlt_file);
 }

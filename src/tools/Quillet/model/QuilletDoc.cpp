@@ -1,5 +1,7 @@
 #include "QuilletDoc.h"
 
+#include <algorithm>
+
 #include "ProjectFile.h"
 #include "framework/Application.h"
 #include "layout/LayoutPageDoc.h"
@@ -46,8 +48,43 @@ void CQuilletDoc::Serialize(framework::Archive& archive) {
     AdoptRecords(std::move(loaded));
 }
 
+namespace {
+
+// Appends what a load read, sorts stably by `key` and keeps the first of equal records: a
+// record that exists now wins over the one read.
+template <typename Record, typename Key>
+void MergeSorted(std::vector<Record>& present, std::vector<Record>&& loaded, Key key) {
+    for (Record& record : loaded)
+        present.push_back(std::move(record));
+    std::stable_sort(present.begin(), present.end(),
+                     [&key](const Record& a, const Record& b) { return key(a) < key(b); });
+    present.erase(
+        std::unique(present.begin(), present.end(),
+                    [&key](const Record& a, const Record& b) { return key(a) == key(b); }),
+        present.end());
+}
+
+// Pages sort by path in the file's form, so a project lists them alike on every platform.
+std::string PathKey(const std::string& path) {
+    return ToFileForm(path);
+}
+
+}  // namespace
+
 void CQuilletDoc::AdoptRecords(ProjectRecords&& loaded) {
     records_.qlt_file = std::move(loaded.qlt_file);
+    MergeSorted(records_.texture_pages, std::move(loaded.texture_pages),
+                [](const TPAGE& page) { return PathKey(page.path); });
+    MergeSorted(records_.font_pages, std::move(loaded.font_pages),
+                [](const FONT_PAGE& font) { return font.identifier; });
+    MergeSorted(records_.fmv_pages, std::move(loaded.fmv_pages),
+                [](const FMV_PAGE& movie) { return PathKey(movie.path); });
+}
+
+void CQuilletDoc::ChangeMade() {
+    SetModifiedFlag(true);
+    TakeSnapshot();
+    UpdateAllViews(nullptr);
 }
 
 bool CQuilletDoc::OnOpenDocument(const std::string& path) {

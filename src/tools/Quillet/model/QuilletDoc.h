@@ -35,6 +35,34 @@ public:
 
     QLT_FILE& qlt_file() { return records_.qlt_file; }
     const QLT_FILE& qlt_file() const { return records_.qlt_file; }
+    const ProjectRecords& records() const { return records_; }
+
+    // Texture pages and regions, by exact absolute path and region name. Lookups that find
+    // nothing report it ("Texture not found") and answer an empty record.
+    bool TextureExists(const std::string& path) const;
+    TPAGE& FindTexture(const std::string& path);
+    TREGION& RegionOfTexture(const std::string& path, const std::string& name);
+    // The picture of a region while its page is edited; false without one.
+    bool RegionImage(const std::string& path, const std::string& name, Core::Image*& image);
+    bool SetTextureFolder(const std::string& path, const std::string& folder);
+    // Adds a region to a page; a region of that name on the page is replaced.
+    void AddRegion(const std::string& path, const std::string& name, const PageRect& rect,
+                   Core::Image* image);
+    void MoveRegion(const std::string& path, const std::string& name, int32_t x, int32_t y);
+    // Whether no page of the project has a region of that name.
+    bool RegionNameFree(const std::string& name) const;
+    bool RegionExists(const std::string& name) const { return !RegionNameFree(name); }
+
+    // Fonts and movies. Adding refuses (false) an identifier or path already there.
+    bool AddFont(const std::string& identifier, const std::string& path, int32_t lf_height);
+    bool FontExists(const std::string& identifier) const;
+    FONT_PAGE& FindFontByIdentifier(const std::string& identifier);
+    FONT_PAGE& FindFontByPath(const std::string& path);
+    bool AddFmv(const std::string& path);
+    bool FmvExists(const std::string& identifier) const;
+    FMV_PAGE& FindFmvByPath(const std::string& path);
+    FMV_PAGE& FindFmvByIdentifier(const std::string& identifier);
+    bool SetFmvFolder(const std::string& identifier, const std::string& folder);
 
     int32_t checkpoint_lock = 0;  // snapshots are taken only while below 1
 
@@ -44,6 +72,8 @@ protected:
 
 private:
     void AdoptRecords(ProjectRecords&& loaded);
+    // The three acts that end a change: modified, a snapshot, the views told.
+    void ChangeMade();
     void StepAndRefresh(bool (SnapshotUndo::*step)());
 
     ProjectRecords records_;

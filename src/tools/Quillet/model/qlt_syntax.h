@@ -49,6 +49,22 @@ int ScanInt(const std::string& text, int32_t& value);
 // BAD_TAG, an empty one leaves `value` as it was.
 void ReadIntValue(const std::string& text, int32_t& value);
 
+// The next line as `open VALUE close`, trimmed; a wrong line throws `WrongLine`.
+template <typename WrongLine>
+std::string ReadTaggedValue(Archive& archive, std::string_view open, std::string_view close) {
+    std::string line;
+    ReadTrimmedLine(archive, line);
+    if (!MatchTag(line, open, close)) throw WrongLine();
+    return line;
+}
+
+// The same for a number, scanned as ReadIntValue does.
+template <typename WrongLine>
+void ReadTaggedNumber(Archive& archive, std::string_view open, std::string_view close,
+                      int32_t& value) {
+    ReadIntValue(ReadTaggedValue<WrongLine>(archive, open, close), value);
+}
+
 // Passes over a record whose first line is in hand, up to and including the line that
 // equals `close`. Lines beginning with `open` (unless empty) nest. Ends with the close
 // line in hand.

@@ -3,8 +3,84 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <vector>
+
+#include "core_images.h"
+
+// Owns a Core image and destroys it with destroy_image.
+struct ImageDeleter {
+    void operator()(Core::Image* image) const { Core::destroy_image(image); }
+};
+using ImagePtr = std::unique_ptr<Core::Image, ImageDeleter>;
+
+// A rectangle in page pixels; right and bottom are exclusive.
+struct PageRect {
+    int32_t left = 0;
+    int32_t top = 0;
+    int32_t right = 0;
+    int32_t bottom = 0;
+    friend bool operator==(const PageRect&, const PageRect&) = default;
+};
+
+// A named rectangle of a texture page. It owns its pictures: copies clone them.
+struct TREGION {
+    std::string name;
+    PageRect rect;
+    ImagePtr image;          // the pixels while the page is edited; null when read from a file
+    ImagePtr display_image;  // `image` in 32-bit form for drawing; null without `image`
+
+    TREGION() = default;
+    // Clones `picture` (which may be null).
+    TREGION(std::string region_name, const PageRect& region_rect, Core::Image* picture);
+    TREGION(const TREGION& other);
+    TREGION& operator=(const TREGION& other);
+    TREGION(TREGION&&) = default;
+    TREGION& operator=(TREGION&&) = default;
+
+    // Takes a clone of `picture` and prepares its display copy.
+    void SetImage(Core::Image* picture);
+};
+
+// A texture page: a .tga of the game known by its absolute path, and its regions.
+struct TPAGE {
+    std::string path;
+    std::string folder;            // workspace folder; empty directly under "Textures"
+    std::vector<TREGION> regions;  // in insertion order, never sorted
+
+    // Appends a region; a region of that name goes first. False when one was replaced.
+    bool AddRegion(const PageRect& rect, const std::string& name, Core::Image* picture);
+    bool RemoveRegion(const std::string& name);
+    // The region `name`; reports "TPage region not found" and answers an empty record when
+    // there is none.
+    TREGION& FindRegion(const std::string& name);
+    // Moves the region's top-left corner to (x, y); its size stays.
+    void MoveRegion(const std::string& name, int32_t x, int32_t y);
+};
+
+// A font file of the game and the id that pieces use for it.
+struct FONT_PAGE {
+    std::string identifier;
+    std::string path;  // absolute, .bgf or .ugf
+    int32_t lf_height = 0;
+};
+
+// A movie file of the game, with the rectangle it takes where a region would stand.
+struct FMV_PAGE {
+    std::string identifier;
+    std::string path;    // absolute; the record's identity
+    std::string folder;  // workspace folder; empty directly under "FMVs"
+    PageRect rect;
+
+    FMV_PAGE() = default;
+    // A new record: 0, 0, 64, 64, no folder, and the identifier from the file name.
+    explicit FMV_PAGE(const std::string& movie_path);
+};
+
+// The identifier of a movie: the text behind the last '/' or '', full stops made
+// underscores ("/m/intro.mpg" gives "intro_mpg").
+std::string FmvIdentifier(const std::string& path);
 
 // The project's <layout> section: page size, piece files, common paths and layouts.
 struct QLT_FILE {
@@ -18,5 +94,8 @@ struct QLT_FILE {
 
 // Everything a project file holds, as read from one file or snapshot.
 struct ProjectRecords {
+    std::vector<TPAGE> texture_pages;   // sorted by path at each load
+    std::vector<FONT_PAGE> font_pages;  // sorted by identifier at each load
+    std::vector<FMV_PAGE> fmv_pages;    // sorted by path at each load
     QLT_FILE qlt_file;
 };
