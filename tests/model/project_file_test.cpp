@@ -100,11 +100,10 @@ TEST(ProjectFileTest, WrongLineInTheSectionDropsItAndTheRestIsTopLevel) {
     EXPECT_EQ(records.qlt_file.layout_width, 800);
 }
 
-TEST(ProjectFileTest, SectionsOfOtherRecordsArePassedOver) {
+TEST(ProjectFileTest, RecordsBeforeTheLayoutSectionAreRead) {
     const std::string file =
         "<texture>pages\\ui.tga\n  <region>a\n  </region>\n</texture>\n"
-        "<font>f.bgf\n</font>\n<fmv>m.mpg\n</fmv>\n"
-        "<UI object>Slider\n  <UI object>Thumb\n  </UI object>\n</UI object>\n" +
+        "<font>f.bgf\n</font>\n<fmv>m.mpg\n</fmv>\n" +
         Layout(kHeader);
     EXPECT_EQ(Read(file).qlt_file.layout_width, 1024);
 }

@@ -68,16 +68,6 @@ void WriteLayoutSection(Archive& archive, const QLT_FILE& qlt_file) {
     WriteCloseLine(archive, "</layout>");
 }
 
-// Sections whose records this program does not read yet: passed over whole.
-struct PassedOverSection {
-    std::string_view open;
-    std::string_view nested;  // an opener that nests inside the section, or empty
-    std::string_view close;
-};
-constexpr PassedOverSection kPassedOverSections[] = {
-    {"<UI object>", "<UI object>", "</UI object>"},
-};
-
 // One top-level line that opens a section; false when the line opens none. Each reader is
 // caught where the format says: a record thrown out is dropped without a word.
 bool ReadSection(Archive& archive, std::string& line, ProjectRecords& records) {
@@ -93,6 +83,12 @@ bool ReadSection(Archive& archive, std::string& line, ProjectRecords& records) {
             records.fmv_pages.push_back(ReadFmvPage(archive, line));
         } catch (const NOT_A_FMV_PAGE&) {
         }
+    } else if (BeginsWith(line, "<UI object>")) {
+        try {
+            records.ui_objects.push_back(ReadUiObject(archive, line));
+        } catch (const NOT_A_UI_OBJECT&) {
+        } catch (const BAD_TAG&) {
+        }
     } else if (BeginsWith(line, "<layout>")) {
         // A second <layout> section reads into the same record: the two add up.
         try {
@@ -100,12 +96,6 @@ bool ReadSection(Archive& archive, std::string& line, ProjectRecords& records) {
         } catch (const NOT_A_LPAGE&) {
         }
     } else {
-        for (const PassedOverSection& section : kPassedOverSections) {
-            if (BeginsWith(line, section.open)) {
-                SkipRecord(archive, line, section.nested, section.close);
-                return true;
-            }
-        }
         return false;
     }
     return true;
@@ -132,5 +122,7 @@ void WriteProject(Archive& archive, const ProjectRecords& records) {
         WriteFontPage(archive, font);
     for (const FMV_PAGE& movie : records.fmv_pages)
         WriteFmvPage(archive, movie);
+    for (const auto& object : records.ui_objects)
+        object->Write(archive);
     WriteLayoutSection(archive, records.qlt_file);
 }

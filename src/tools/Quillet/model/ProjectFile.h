@@ -6,7 +6,7 @@
 #pragma once
 
 #include "framework/Archive.h"
-#include "qlt_types.h"
+#include "project_records.h"
 
 using framework::Archive;
 

@@ -44,7 +44,7 @@ void CQuilletDoc::Serialize(framework::Archive& archive) {
     }
     // Read into records of our own first: a file that fails to read changes nothing.
     ProjectRecords loaded;
-    ReadProject(archive, loaded);
+    ReadApart(archive, loaded);
     AdoptRecords(std::move(loaded));
 }
 
@@ -71,8 +71,29 @@ std::string PathKey(const std::string& path) {
 
 }  // namespace
 
+void CQuilletDoc::ReadApart(framework::Archive& archive, ProjectRecords& loaded) {
+    // The pages held now stand first, as they do in the list a load appends to.
+    struct ReadingSource : RegionSource {
+        const ProjectRecords& present;
+        const ProjectRecords& read;
+        ReadingSource(const ProjectRecords& now, const ProjectRecords& loading)
+            : present(now), read(loading) {}
+        PageRect RegionRect(const UI_REGION& region) const override {
+            return LookUpRegionRect(region, {&present, &read});
+        }
+    } source(records_, loaded);
+    ScopedRegionSource scope(source);
+    ReadProject(archive, loaded);
+}
+
+PageRect CQuilletDoc::RegionRect(const UI_REGION& region) const {
+    return LookUpRegionRect(region, {&records_});
+}
+
 void CQuilletDoc::AdoptRecords(ProjectRecords&& loaded) {
     records_.qlt_file = std::move(loaded.qlt_file);
+    for (auto& object : loaded.ui_objects)
+        records_.ui_objects.push_back(std::move(object));
     MergeSorted(records_.texture_pages, std::move(loaded.texture_pages),
                 [](const TPAGE& page) { return PathKey(page.path); });
     MergeSorted(records_.font_pages, std::move(loaded.font_pages),
@@ -116,9 +137,23 @@ void CQuilletDoc::TakeSnapshot() {
     redo_list.clear();
 }
 
+void CQuilletDoc::DeleteContents() {
+    records_.ui_objects.clear();
+}
+
+// Read apart first: a snapshot that does not read changes nothing.
 void CQuilletDoc::RestoreSnapshot(const std::string& snapshot) {
     framework::Archive archive = framework::Archive::ForLoading(snapshot, {});
-    LoadFrom(archive);
+    ProjectRecords loaded;
+    try {
+        SetProjectBaseDir({});
+        ReadApart(archive, loaded);
+    } catch (...) {
+        ReportLoadFailure(std::current_exception(), archive);
+        return;
+    }
+    DeleteContents();
+    AdoptRecords(std::move(loaded));
 }
 
 void CQuilletDoc::OnEditUndo() {

@@ -11,11 +11,13 @@
 
 #include "SnapshotUndo.h"
 #include "framework/Document.h"
-#include "qlt_types.h"
+#include "project_records.h"
 
-class CQuilletDoc : public framework::Document, public SnapshotUndo {
+class CQuilletDoc : public framework::Document, public SnapshotUndo, public RegionSource {
 public:
     void Serialize(framework::Archive& archive) override;
+    // Removes the UI objects, and nothing else: a load appends to the rest.
+    void DeleteContents() override;
     // Loads the file, then takes the first snapshot, the first state Undo returns to.
     bool OnOpenDocument(const std::string& path) override;
     // Writes the file; only a real save clears the modified flags of the project and its
@@ -64,6 +66,15 @@ public:
     FMV_PAGE& FindFmvByIdentifier(const std::string& identifier);
     bool SetFmvFolder(const std::string& identifier, const std::string& folder);
 
+    PageRect RegionRect(const UI_REGION& region) const override;
+
+    // UI objects. The lookup searches the six empty objects first; one that finds nothing
+    // reports "Object not found" and answers an empty art object.
+    const UI_OBJECT& FindObject(const std::string& name) const;
+    bool ObjectExists(const std::string& name) const;
+    // Takes the object; it is appended, and the change ends as every change does.
+    void AddObject(std::unique_ptr<UI_OBJECT> object);
+
     int32_t checkpoint_lock = 0;  // snapshots are taken only while below 1
 
 protected:
@@ -71,6 +82,9 @@ protected:
     void RestoreSnapshot(const std::string& snapshot) override;
 
 private:
+    // Reads a file or snapshot into records of their own; objects read are measured against
+    // the pages held now, then those read.
+    void ReadApart(framework::Archive& archive, ProjectRecords& loaded);
     void AdoptRecords(ProjectRecords&& loaded);
     // The three acts that end a change: modified, a snapshot, the views told.
     void ChangeMade();

@@ -1,4 +1,5 @@
-// The project document's operations on texture pages, regions, fonts and movies.
+// The project document's operations on texture pages, regions, fonts, movies and UI
+// objects.
 #include <algorithm>
 
 #include "QuilletDoc.h"
@@ -143,4 +144,48 @@ bool CQuilletDoc::SetFmvFolder(const std::string& identifier, const std::string&
     movie->folder = folder;
     SetModifiedFlag(true);
     return true;
+}
+
+const UI_OBJECT& CQuilletDoc::FindObject(const std::string& name) const {
+    for (const UI_OBJECT* empty : EmptyObjects()) {
+        if (empty->Name() == name) return *empty;
+    }
+    for (const auto& object : records_.ui_objects) {
+        if (object->Name() == name) return *object;
+    }
+    ReportUnless(false, "Object not found");
+    static const UI_ART missing;  // unnamed, without regions: it measures as nothing
+    return missing;
+}
+
+bool CQuilletDoc::ObjectExists(const std::string& name) const {
+    const auto named = [&name](const auto& object) { return object->Name() == name; };
+    return std::any_of(EmptyObjects().begin(), EmptyObjects().end(), named) ||
+           std::any_of(records_.ui_objects.begin(), records_.ui_objects.end(), named);
+}
+
+void CQuilletDoc::AddObject(std::unique_ptr<UI_OBJECT> object) {
+    records_.ui_objects.push_back(std::move(object));
+    ChangeMade();
+}
+
+PageRect LookUpRegionRect(const UI_REGION& region,
+                          std::initializer_list<const ProjectRecords*> lists) {
+    for (const ProjectRecords* records : lists) {
+        for (const TPAGE& page : records->texture_pages) {
+            if (page.path != region.page) continue;
+            for (const TREGION& each : page.regions) {
+                if (each.name == region.region) return each.rect;
+            }
+            ReportUnless(false, "TPage region not found");
+            return {};
+        }
+    }
+    for (const ProjectRecords* records : lists) {
+        for (const FMV_PAGE& movie : records->fmv_pages) {
+            if (movie.identifier == region.region) return movie.rect;
+        }
+    }
+    ReportUnless(false, "Fmv not found");
+    return {};
 }

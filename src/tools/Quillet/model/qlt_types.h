@@ -91,11 +91,3 @@ struct QLT_FILE {
     std::vector<std::string> common_texture_paths;
     std::vector<std::string> common_fmv_paths;
 };
-
-// Everything a project file holds, as read from one file or snapshot.
-struct ProjectRecords {
-    std::vector<TPAGE> texture_pages;   // sorted by path at each load
-    std::vector<FONT_PAGE> font_pages;  // sorted by identifier at each load
-    std::vector<FMV_PAGE> fmv_pages;    // sorted by path at each load
-    QLT_FILE qlt_file;
-};

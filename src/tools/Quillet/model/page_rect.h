@@ -1,0 +1,29 @@
+// Rectangle helpers with the meaning the format's tools always gave them: right and bottom
+// exclusive; a rectangle without area is empty.
+#pragma once
+
+#include <cstdint>
+
+#include "qlt_types.h"
+
+inline bool IsRectEmpty(const PageRect& r) {
+    return r.right <= r.left || r.bottom <= r.top;
+}
+inline int32_t RectWidth(const PageRect& r) {
+    return r.right - r.left;
+}
+inline int32_t RectHeight(const PageRect& r) {
+    return r.bottom - r.top;
+}
+
+// The smallest rectangle holding both; an empty one counts for nothing, and two empty ones
+// give the all-zero rectangle.
+PageRect UnionRect(const PageRect& a, const PageRect& b);
+// The common part, or the all-zero rectangle.
+PageRect IntersectRect(const PageRect& a, const PageRect& b);
+PageRect OffsetRect(const PageRect& r, int32_t dx, int32_t dy);
+bool PtInRect(const PageRect& r, int32_t x, int32_t y);
+// `r` moved so that its top-left corner lies at 0, 0.
+inline PageRect AtOrigin(const PageRect& r) {
+    return OffsetRect(r, -r.left, -r.top);
+}
