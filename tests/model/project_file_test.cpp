@@ -68,7 +68,8 @@ TEST(ProjectFileTest, LayoutSectionRoundTrips) {
               "  <piece_types_fname></piece_types_fname>\r\n"
               "  <piece_texts_fname></piece_texts_fname>\r\n"
               "  <texture_path>menus</texture_path>\r\n  <texture_path>icons</texture_path>\r\n"
-              "  <fmv_path>movies</fmv_path>\r\n</layout>\r\n");
+              "  <fmv_path>movies</fmv_path>\r\n"
+              "  <lpage>Main\r\n    <texture_path>x</texture_path>\r\n  </lpage>\r\n</layout>\r\n");
 }
 
 TEST(ProjectFileTest, TwoLayoutSectionsAddUp) {
@@ -113,6 +114,11 @@ TEST(ProjectFileTest, FileEndingInsideARecordIsReported) {
     EXPECT_THROW(Read(Layout(kHeader).substr(0, Layout(kHeader).size() - 10)),
                  UNEXPECTED_END_OF_FILE);
     EXPECT_THROW(Read(Layout(kHeader + "<lpage>Main\n\n")), UNEXPECTED_END_OF_FILE);
+    EXPECT_THROW(
+        Read(Layout(kHeader + "<lpage>Main\n<UI piece>p\n<identifier>i</identifier>\n"
+                              "<Parameters>\n<x>1</x>\n<y>1</y>\n<width>1</width>\n"
+                              "<height>1</height>\n</Parameters>\n<object_id>o</object_id>\n")),
+        UNEXPECTED_END_OF_FILE);
     // A section header with nothing behind it reads like a wrong line: no wait, no error.
     EXPECT_EQ(Read("<layout>\n").qlt_file.layout_width, 800);
 }

@@ -95,18 +95,6 @@ TEST(SyntaxTest, TextAfterAndBeginsWith) {
     EXPECT_FALSE(BeginsWith("<textur", "<texture>"));
 }
 
-TEST(SyntaxTest, SkipRecordNestsAndStopsAtTheEnd) {
-    framework::Archive archive = framework::Archive::ForLoading(
-        "  <UI object>Thumb\n  </UI object>\n</UI object>\nnext\n", {});
-    std::string line = "<UI object>Slider";
-    SkipRecord(archive, line, "<UI object>", "</UI object>");
-    EXPECT_EQ(line, "</UI object>");
-    EXPECT_EQ(archive.LineNumber(), 3);
-
-    framework::Archive truncated = framework::Archive::ForLoading("<region>a\n", {});
-    EXPECT_THROW(SkipRecord(truncated, line, {}, "</texture>"), UNEXPECTED_END_OF_FILE);
-}
-
 TEST(SyntaxTest, ReadErrorNames) {
     EXPECT_STREQ(ReadErrorName(std::make_exception_ptr(NOT_A_LPAGE())), "NOT_A_LPAGE");
     EXPECT_STREQ(ReadErrorName(std::make_exception_ptr(UNEXPECTED_END_OF_FILE())),

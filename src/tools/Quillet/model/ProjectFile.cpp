@@ -26,6 +26,17 @@ void ReadPieceFileName(Archive& archive, std::string_view open, std::string_view
     if (!load(qlt_file, name)) name.clear();
 }
 
+void ReadPageInto(Archive& archive, std::string& line, QLT_FILE& qlt_file) {
+    try {
+        LPAGE page = ReadLayoutPage(archive, line);
+        page.width = qlt_file.layout_width;
+        page.height = qlt_file.layout_height;
+        qlt_file.layouts.push_back(std::move(page));
+    } catch (const NOT_A_UI_PIECE&) {
+    } catch (const BAD_TAG&) {
+    }
+}
+
 void ReadLayoutSection(Archive& archive, QLT_FILE& qlt_file) {
     ReadTaggedNumber<NOT_A_LPAGE>(archive, "<layout_width>", "</layout_width>",
                                   qlt_file.layout_width);
@@ -46,7 +57,7 @@ void ReadLayoutSection(Archive& archive, QLT_FILE& qlt_file) {
         ReadTrimmedLine(archive, line);
     }
     while (line != "</layout>") {
-        if (!IsBlankLine(line)) SkipRecord(archive, line, {}, "</lpage>");
+        if (!IsBlankLine(line)) ReadPageInto(archive, line, qlt_file);
         ReadAwaitedLine(archive, line);
     }
 }
@@ -65,6 +76,8 @@ void WriteLayoutSection(Archive& archive, const QLT_FILE& qlt_file) {
         WriteTagLine(archive, "<texture_path>", path, "</texture_path>");
     for (const std::string& path : qlt_file.common_fmv_paths)
         WriteTagLine(archive, "<fmv_path>", path, "</fmv_path>");
+    for (const LPAGE& page : qlt_file.layouts)
+        WriteLayoutPage(archive, page);
     WriteCloseLine(archive, "</layout>");
 }
 

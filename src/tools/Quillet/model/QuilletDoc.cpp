@@ -73,7 +73,7 @@ std::string PathKey(const std::string& path) {
 
 void CQuilletDoc::ReadApart(framework::Archive& archive, ProjectRecords& loaded) {
     // The pages held now stand first, as they do in the list a load appends to.
-    struct ReadingSource : RegionSource {
+    struct ReadingSource : RecordLookup {
         const ProjectRecords& present;
         const ProjectRecords& read;
         ReadingSource(const ProjectRecords& now, const ProjectRecords& loading)
@@ -81,8 +81,11 @@ void CQuilletDoc::ReadApart(framework::Archive& archive, ProjectRecords& loaded)
         PageRect RegionRect(const UI_REGION& region) const override {
             return LookUpRegionRect(region, {&present, &read});
         }
+        const UI_OBJECT* ObjectNamed(const std::string& name) const override {
+            return LookUpObject(name, {&present, &read});
+        }
     } source(records_, loaded);
-    ScopedRegionSource scope(source);
+    ScopedRecordLookup scope(source);
     ReadProject(archive, loaded);
 }
 

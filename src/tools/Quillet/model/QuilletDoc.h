@@ -13,7 +13,7 @@
 #include "framework/Document.h"
 #include "project_records.h"
 
-class CQuilletDoc : public framework::Document, public SnapshotUndo, public RegionSource {
+class CQuilletDoc : public framework::Document, public SnapshotUndo, public RecordLookup {
 public:
     void Serialize(framework::Archive& archive) override;
     // Removes the UI objects, and nothing else: a load appends to the rest.
@@ -67,6 +67,7 @@ public:
     bool SetFmvFolder(const std::string& identifier, const std::string& folder);
 
     PageRect RegionRect(const UI_REGION& region) const override;
+    const UI_OBJECT* ObjectNamed(const std::string& name) const override;
 
     // UI objects. The lookup searches the six empty objects first; one that finds nothing
     // reports "Object not found" and answers an empty art object.

@@ -146,16 +146,28 @@ bool CQuilletDoc::SetFmvFolder(const std::string& identifier, const std::string&
     return true;
 }
 
-const UI_OBJECT& CQuilletDoc::FindObject(const std::string& name) const {
+const UI_OBJECT* LookUpObject(const std::string& name,
+                              std::initializer_list<const ProjectRecords*> lists) {
     for (const UI_OBJECT* empty : EmptyObjects()) {
-        if (empty->Name() == name) return *empty;
+        if (empty->Name() == name) return empty;
     }
-    for (const auto& object : records_.ui_objects) {
-        if (object->Name() == name) return *object;
+    for (const ProjectRecords* records : lists) {
+        for (const auto& object : records->ui_objects) {
+            if (object->Name() == name) return object.get();
+        }
     }
     ReportUnless(false, "Object not found");
+    return nullptr;
+}
+
+const UI_OBJECT* CQuilletDoc::ObjectNamed(const std::string& name) const {
+    return LookUpObject(name, {&records_});
+}
+
+const UI_OBJECT& CQuilletDoc::FindObject(const std::string& name) const {
     static const UI_ART missing;  // unnamed, without regions: it measures as nothing
-    return missing;
+    const UI_OBJECT* found = ObjectNamed(name);
+    return found != nullptr ? *found : missing;
 }
 
 bool CQuilletDoc::ObjectExists(const std::string& name) const {

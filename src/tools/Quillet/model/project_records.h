@@ -20,3 +20,8 @@ struct ProjectRecords {
 // texture page with the slot's path, else the movie with the slot's identifier.
 PageRect LookUpRegionRect(const UI_REGION& region,
                           std::initializer_list<const ProjectRecords*> lists);
+
+// The object `name` over lists searched in order, the six empty objects first; reported
+// ("Object not found") and null when missing.
+const UI_OBJECT* LookUpObject(const std::string& name,
+                              std::initializer_list<const ProjectRecords*> lists);

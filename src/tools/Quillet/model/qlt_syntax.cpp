@@ -116,15 +116,3 @@ int ScanInt(const std::string& text, int32_t& value) {
 void ReadIntValue(const std::string& text, int32_t& value) {
     if (ScanInt(text, value) == 0) throw BAD_TAG();
 }
-
-void SkipRecord(Archive& archive, std::string& line, std::string_view open,
-                std::string_view close) {
-    int depth = 1;
-    while (depth > 0) {
-        ReadAwaitedLine(archive, line);
-        if (line == close)
-            --depth;
-        else if (!open.empty() && BeginsWith(line, open))
-            ++depth;
-    }
-}

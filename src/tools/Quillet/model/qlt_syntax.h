@@ -64,8 +64,3 @@ void ReadTaggedNumber(Archive& archive, std::string_view open, std::string_view 
                       int32_t& value) {
     ReadIntValue(ReadTaggedValue<WrongLine>(archive, open, close), value);
 }
-
-// Passes over a record whose first line is in hand, up to and including the line that
-// equals `close`. Lines beginning with `open` (unless empty) nest. Ends with the close
-// line in hand.
-void SkipRecord(Archive& archive, std::string& line, std::string_view open, std::string_view close);

@@ -76,3 +76,79 @@ std::string FmvIdentifier(const std::string& path) {
 
 FMV_PAGE::FMV_PAGE(const std::string& movie_path)
     : identifier(FmvIdentifier(movie_path)), path(movie_path), rect{0, 0, 64, 64} {}
+
+namespace {
+
+template <typename Container, typename Matches>
+auto FindWhere(Container& items, Matches matches) {
+    return std::find_if(items.begin(), items.end(), matches);
+}
+
+auto Named(const std::string& name) {
+    return [&name](const auto& record) { return record.name == name; };
+}
+
+}  // namespace
+
+UI_PIECE& LPAGE::FindPiece(const std::string& piece_name) {
+    const auto found = FindWhere(pieces, Named(piece_name));
+    if (found != pieces.end()) return *found;
+    ReportUnless(false, "Piece not found");
+    return EmptyRecord<UI_PIECE>();
+}
+
+int LPAGE::PieceIndex(const std::string& piece_name) const {
+    const auto found = FindWhere(pieces, Named(piece_name));
+    return found == pieces.end() ? -1 : static_cast<int>(found - pieces.begin());
+}
+
+void LPAGE::MovePiece(const std::string& piece_name, int32_t x, int32_t y) {
+    UI_PIECE& piece = FindPiece(piece_name);
+    piece.x = x;
+    piece.y = y;
+}
+
+void LPAGE::ReplacePiece(const std::string& piece_name, const UI_PIECE& piece) {
+    UI_PIECE& target = FindPiece(piece_name);
+    target = piece;
+}
+
+void LPAGE::RemovePiece(const std::string& piece_name) {
+    const auto found = FindWhere(pieces, Named(piece_name));
+    ReportUnless(found != pieces.end(), "Piece not found");
+    if (found != pieces.end()) pieces.erase(found);
+}
+
+void LPAGE::ClearText(const std::string& piece_name) {
+    UI_PIECE& piece = FindPiece(piece_name);
+    piece.attributes.text_id.clear();
+    piece.attributes.font_id.clear();
+}
+
+void LPAGE::RemoveTexturePath(const std::string& folder) {
+    std::erase(texture_paths, folder);
+}
+
+void LPAGE::RemoveFmvPath(const std::string& folder) {
+    std::erase(fmv_paths, folder);
+}
+
+void LPAGE::AssignFrom(const LPAGE& other) {
+    name = other.name;
+    width = other.width;
+    height = other.height;
+    pieces = other.pieces;
+    texture_paths = other.texture_paths;
+    fmv_paths = other.fmv_paths;
+}
+
+LPAGE& QLT_FILE::FindPage(const std::string& name) {
+    const auto found = FindWhere(layouts, Named(name));
+    if (found != layouts.end()) return *found;
+    ReportUnless(false, "Layout page not found");
+    return EmptyRecord<LPAGE>();
+}
+
+bool QLT_FILE::PageExists(const std::string& name) const {
+    return FindWhere(layouts, Named(name)) != layouts.end();
+}

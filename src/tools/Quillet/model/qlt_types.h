@@ -82,6 +82,65 @@ struct FMV_PAGE {
 // underscores ("/m/intro.mpg" gives "intro_mpg").
 std::string FmvIdentifier(const std::string& path);
 
+// The data a piece carries for the game. Empty texts and 0 are "not set".
+struct PIECE_ATTRIBUTES {
+    std::string text_id;
+    int32_t align = 0;  // 0 left, 1 centre, 2 right
+    std::string font_id;
+    std::string tool_tip_id;
+    std::string menu_id;  // the next menu of a push button
+    int32_t delta = 0;
+    std::string group_id;
+    std::string hot_spot;  // absolute path
+    std::string hz_slider;
+    std::string vt_slider;
+    std::string scroll_menu_id;  // the menu of a scroll box: the second <menu_id>
+    friend bool operator==(const PIECE_ATTRIBUTES&, const PIECE_ATTRIBUTES&) = default;
+};
+
+// A placed use of a UI object on a layout page. It has no stored size: its rectangle comes
+// from its object and its scales.
+struct UI_PIECE {
+    std::string name;
+    std::string piece_identifier;
+    std::string object_id;
+    std::string object_data;
+    int32_t x = 0;
+    int32_t y = 0;
+    float scale_x = 1.0f;
+    float scale_y = 1.0f;
+    PIECE_ATTRIBUTES attributes;
+    std::string edit_group_id;
+    bool locked = false;
+};
+
+// One game menu: its pieces in z order, first drawn first.
+struct LPAGE {
+    uint32_t reserved = 0;  // 0 in every page; nothing reads it
+    std::string name;
+    int32_t width = 0;  // copies of the project's layout size
+    int32_t height = 0;
+    std::vector<UI_PIECE> pieces;
+    std::vector<std::string> texture_paths;
+    std::vector<std::string> fmv_paths;
+
+    // The piece `piece_name`; reports "Piece not found" and answers an empty record when absent.
+    UI_PIECE& FindPiece(const std::string& piece_name);
+    int PieceIndex(const std::string& piece_name) const;  // -1 when absent
+    bool PieceExists(const std::string& piece_name) const { return PieceIndex(piece_name) >= 0; }
+    void AddPiece(const UI_PIECE& piece) { pieces.push_back(piece); }
+    void MovePiece(const std::string& piece_name, int32_t x, int32_t y);
+    void ReplacePiece(const std::string& piece_name, const UI_PIECE& piece);
+    void RemovePiece(const std::string& piece_name);
+    void ClearText(const std::string& piece_name);
+    void AddTexturePath(const std::string& folder) { texture_paths.push_back(folder); }
+    void AddFmvPath(const std::string& folder) { fmv_paths.push_back(folder); }
+    void RemoveTexturePath(const std::string& folder);
+    void RemoveFmvPath(const std::string& folder);
+    // Takes name, size, pieces and both path lists of `other`.
+    void AssignFrom(const LPAGE& other);
+};
+
 // The project's <layout> section: page size, piece files, common paths and layouts.
 struct QLT_FILE {
     int32_t layout_width = 800;
@@ -90,4 +149,9 @@ struct QLT_FILE {
     std::string piece_texts_fname;  // absolute; empty while none is loaded
     std::vector<std::string> common_texture_paths;
     std::vector<std::string> common_fmv_paths;
+    std::vector<LPAGE> layouts;
+
+    // The page `name`; reports "Layout page not found" and answers an empty record.
+    LPAGE& FindPage(const std::string& name);
+    bool PageExists(const std::string& name) const;
 };

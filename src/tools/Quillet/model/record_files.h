@@ -18,3 +18,8 @@ void WriteFontPage(framework::Archive& archive, const FONT_PAGE& font);
 
 FMV_PAGE ReadFmvPage(framework::Archive& archive, std::string& line);
 void WriteFmvPage(framework::Archive& archive, const FMV_PAGE& movie);
+
+// Pieces are measured through their objects, so those must be read first, as the writer's
+// order gives.
+LPAGE ReadLayoutPage(framework::Archive& archive, std::string& line);
+void WriteLayoutPage(framework::Archive& archive, const LPAGE& page);

@@ -27,21 +27,31 @@ PageRect Bounds(const UI_OBJECT* part) {
 }  // namespace
 
 namespace {
-const RegionSource* scoped_source = nullptr;
+const RecordLookup* scoped_source = nullptr;
 }
 
-ScopedRegionSource::ScopedRegionSource(const RegionSource& source) : previous_(scoped_source) {
+ScopedRecordLookup::ScopedRecordLookup(const RecordLookup& source) : previous_(scoped_source) {
     scoped_source = &source;
 }
 
-ScopedRegionSource::~ScopedRegionSource() {
+ScopedRecordLookup::~ScopedRecordLookup() {
     scoped_source = previous_;
 }
 
+namespace {
+const RecordLookup* CurrentLookup() {
+    return scoped_source != nullptr ? scoped_source : GetProjectDoc();
+}
+}  // namespace
+
 PageRect RegionRectOf(const UI_REGION& region) {
-    if (scoped_source != nullptr) return scoped_source->RegionRect(region);
-    const CQuilletDoc* project = GetProjectDoc();
-    return project == nullptr ? PageRect{} : project->RegionRect(region);
+    const RecordLookup* lookup = CurrentLookup();
+    return lookup == nullptr ? PageRect{} : lookup->RegionRect(region);
+}
+
+const UI_OBJECT* ObjectNamed(const std::string& name) {
+    const RecordLookup* lookup = CurrentLookup();
+    return lookup == nullptr ? nullptr : lookup->ObjectNamed(name);
 }
 
 void UI_OBJECT::Arrange() {

@@ -13,6 +13,8 @@
 #include "framework/Archive.h"
 #include "qlt_types.h"
 
+class UI_OBJECT;
+
 // One slot of an object's art: a region of a texture page, or a movie.
 struct UI_REGION {
     std::string name;    // the slot: "art", "scroll_box", "enabled", "highlighted", ...
@@ -21,32 +23,37 @@ struct UI_REGION {
     friend bool operator==(const UI_REGION&, const UI_REGION&) = default;
 };
 
-// Where the rectangles that slots show are looked up.
-class RegionSource {
+// Where objects, and the rectangles that slots show, are looked up.
+class RecordLookup {
 public:
-    virtual ~RegionSource() = default;
+    virtual ~RecordLookup() = default;
     // The region's rectangle on its page, or else the rectangle of the movie whose
     // identifier the slot names; reported ("TPage region not found", "Fmv not found") and
     // empty when missing.
     virtual PageRect RegionRect(const UI_REGION& region) const = 0;
+    // The object `name`, the six empty ones first; reported ("Object not found") and null
+    // when missing.
+    virtual const UI_OBJECT* ObjectNamed(const std::string& name) const = 0;
 };
 
 // Makes `source` the place of lookups while it lives. While a file is read, objects are
 // measured against the records read so far, not those of the project that is open.
-class ScopedRegionSource {
+class ScopedRecordLookup {
 public:
-    explicit ScopedRegionSource(const RegionSource& source);
-    ~ScopedRegionSource();
-    ScopedRegionSource(const ScopedRegionSource&) = delete;
-    ScopedRegionSource& operator=(const ScopedRegionSource&) = delete;
+    explicit ScopedRecordLookup(const RecordLookup& source);
+    ~ScopedRecordLookup();
+    ScopedRecordLookup(const ScopedRecordLookup&) = delete;
+    ScopedRecordLookup& operator=(const ScopedRecordLookup&) = delete;
 
 private:
-    const RegionSource* previous_;
+    const RecordLookup* previous_;
 };
 
 // The rectangle a slot shows: from the scoped source, else from the open project; empty
 // without either.
 PageRect RegionRectOf(const UI_REGION& region);
+// The object `name` the same way; null when there is none.
+const UI_OBJECT* ObjectNamed(const std::string& name);
 
 struct Point {
     int32_t x = 0;
