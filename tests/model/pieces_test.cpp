@@ -139,4 +139,37 @@ TEST_F(PiecesTest, PageOperations) {
     EXPECT_EQ(ui.boxes.back().text, "Layout page not found");
 }
 
+TEST_F(PiecesTest, DocumentOperationsEndAsTheTableSays) {
+    Load(Piece("a", "<UI text>t\n<font_id>big</font_id>\n<align>left</align>\n</UI text>\n"));
+    EXPECT_TRUE(project->CreateLayout("Options"));
+    EXPECT_EQ(app.GetActiveDocument()->GetTitle(), "Options");
+    EXPECT_EQ(project->FindLayout("Options").width, 800);
+    EXPECT_FALSE(project->CreateLayout("Options"));
+    const size_t snapshots = project->undo_list.size();
+
+    UI_PIECE piece = Main().FindPiece("a");
+    piece.name = "b";
+    project->AddPiece("Options", piece, false);
+    project->MovePiece("Options", "b", 1, 2, false);
+    EXPECT_EQ(project->undo_list.size(), snapshots);  // a drag snapshots once, at its end
+    project->MovePiece("Options", "b", 3, 4, true);
+    EXPECT_EQ(project->undo_list.size(), snapshots + 1);
+
+    project->RescalePiece("Options", "b", 0.01f, 1.0f, false);
+    EXPECT_FLOAT_EQ(project->FindLayout("Options").FindPiece("b").scale_x, 4.0f / 8.0f);
+    project->RescalePiece("Options", "b", 0.0f, 1.0f, false);
+    EXPECT_EQ(ui.boxes.back().text, "Invalid rescale width");
+
+    EXPECT_TRUE(project->ObjectUsedByPiece("bar_art"));
+    EXPECT_FALSE(project->ObjectUsedByPiece("flat_art"));
+    EXPECT_TRUE(project->FontInUse("big"));
+
+    project->CopyLayout("Main", "Options");
+    EXPECT_TRUE(project->FindLayout("Options").PieceExists("a"));
+    EXPECT_EQ(project->FindLayout("Options").name, "Options");
+    project->DeletePiece("Options", "a", true);
+    EXPECT_FALSE(project->FindLayout("Options").PieceExists("a"));
+    EXPECT_TRUE(project->IsModified());
+}
+
 }  // namespace

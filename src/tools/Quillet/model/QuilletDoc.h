@@ -69,6 +69,33 @@ public:
     PageRect RegionRect(const UI_REGION& region) const override;
     const UI_OBJECT* ObjectNamed(const std::string& name) const override;
 
+    // Layout pages and their pieces, by name. Operations with a snapshot flag take a
+    // snapshot only when it is set, so a drag can change a piece often and snapshot once.
+    bool LayoutExists(const std::string& name) const;
+    LPAGE& FindLayout(const std::string& name);
+    // A new page of the project's size, opened in its window; false (and the page that
+    // exists opened) when the name is taken.
+    bool CreateLayout(const std::string& name);
+    // The page `new_name` takes all of `source`, then its own name back.
+    void CopyLayout(const std::string& source, const std::string& new_name);
+    // The window of a page, brought forward or opened.
+    framework::Document* OpenLayout(const std::string& name);
+    void AddPageTexturePath(const std::string& page, const std::string& folder);
+    void AddPageFmvPath(const std::string& page, const std::string& folder);
+    void AddPiece(const std::string& page, const UI_PIECE& piece, bool snapshot);
+    void MovePiece(const std::string& page, const std::string& piece, int32_t x, int32_t y,
+                   bool snapshot);
+    void RescalePiece(const std::string& page, const std::string& piece, float fx, float fy,
+                      bool snapshot);
+    void ReplacePiece(const std::string& page, const std::string& name, const UI_PIECE& piece);
+    void DeletePiece(const std::string& page, const std::string& piece, bool snapshot);
+    // Copies the identifier, attributes, edit group and lock of one piece onto another.
+    void CopyAttributes(const std::string& page, const std::string& destination,
+                        const std::string& source);
+    // Whether any piece of any page shows the object, or uses the font.
+    bool ObjectUsedByPiece(const std::string& object) const;
+    bool FontInUse(const std::string& identifier) const;
+
     // UI objects. The lookup searches the six empty objects first; one that finds nothing
     // reports "Object not found" and answers an empty art object.
     const UI_OBJECT& FindObject(const std::string& name) const;
@@ -89,6 +116,8 @@ private:
     void AdoptRecords(ProjectRecords&& loaded);
     // The three acts that end a change: modified, a snapshot, the views told.
     void ChangeMade();
+    // Modified, a snapshot if asked for.
+    void PieceChanged(bool snapshot);
     void StepAndRefresh(bool (SnapshotUndo::*step)());
 
     ProjectRecords records_;

@@ -131,6 +131,9 @@ struct LPAGE {
     void AddPiece(const UI_PIECE& piece) { pieces.push_back(piece); }
     void MovePiece(const std::string& piece_name, int32_t x, int32_t y);
     void ReplacePiece(const std::string& piece_name, const UI_PIECE& piece);
+    // Multiplies the scales, reporting factors that are not above 0, and keeps the piece
+    // at least as large as its object's minimum size.
+    void RescalePiece(const std::string& piece_name, float fx, float fy);
     void RemovePiece(const std::string& piece_name);
     void ClearText(const std::string& piece_name);
     void AddTexturePath(const std::string& folder) { texture_paths.push_back(folder); }

@@ -1,0 +1,147 @@
+// The project document's operations on layout pages and pieces.
+#include <algorithm>
+
+#include "QuilletDoc.h"
+#include "framework/Application.h"
+#include "framework/View.h"
+#include "layout/LayoutPageDoc.h"
+
+namespace {
+
+constexpr size_t kLayoutPageTemplate = 2;
+
+std::vector<framework::Document*> LayoutDocuments() {
+    const framework::Application* application = framework::Application::Instance();
+    if (application == nullptr || application->Templates().size() <= kLayoutPageTemplate) return {};
+    return application->Templates()[kLayoutPageTemplate]->GetDocuments();
+}
+
+}  // namespace
+
+void CQuilletDoc::PieceChanged(bool snapshot) {
+    SetModifiedFlag(true);
+    if (snapshot) TakeSnapshot();
+}
+
+bool CQuilletDoc::LayoutExists(const std::string& name) const {
+    return records_.qlt_file.PageExists(name);
+}
+
+LPAGE& CQuilletDoc::FindLayout(const std::string& name) {
+    return records_.qlt_file.FindPage(name);
+}
+
+framework::Document* CQuilletDoc::OpenLayout(const std::string& name) {
+    for (framework::Document* page : LayoutDocuments()) {
+        if (page->GetTitle() != name) continue;
+        if (framework::View* view = page->GetFirstView()) view->ActivateFrame();
+        App().SetActiveDocument(page);
+        return page;
+    }
+    const framework::Application& application = App();
+    if (application.Templates().size() <= kLayoutPageTemplate) return nullptr;
+    auto* page = dynamic_cast<CLayoutPageDoc*>(
+        application.Templates()[kLayoutPageTemplate]->OpenDocumentFile(""));
+    if (page != nullptr) page->Initialise(name);
+    return page;
+}
+
+bool CQuilletDoc::CreateLayout(const std::string& name) {
+    if (LayoutExists(name)) {
+        OpenLayout(name);
+        return false;
+    }
+    LPAGE page;
+    page.name = name;
+    page.width = records_.qlt_file.layout_width;
+    page.height = records_.qlt_file.layout_height;
+    records_.qlt_file.layouts.push_back(std::move(page));
+    OpenLayout(name);
+    SetModifiedFlag(true);
+    TakeSnapshot();
+    return true;
+}
+
+void CQuilletDoc::CopyLayout(const std::string& source, const std::string& new_name) {
+    const LPAGE copy = FindLayout(source);
+    LPAGE& target = FindLayout(new_name);
+    target.AssignFrom(copy);
+    target.name = new_name;
+    SetModifiedFlag(true);
+    for (framework::Document* page : LayoutDocuments()) {
+        if (page->GetTitle() == new_name) page->UpdateAllViews(nullptr);
+    }
+}
+
+void CQuilletDoc::AddPageTexturePath(const std::string& page, const std::string& folder) {
+    FindLayout(page).AddTexturePath(folder);
+    SetModifiedFlag(true);
+}
+
+void CQuilletDoc::AddPageFmvPath(const std::string& page, const std::string& folder) {
+    FindLayout(page).AddFmvPath(folder);
+    SetModifiedFlag(true);
+}
+
+void CQuilletDoc::AddPiece(const std::string& page, const UI_PIECE& piece, bool snapshot) {
+    FindLayout(page).AddPiece(piece);
+    PieceChanged(snapshot);
+    UpdateAllViews(nullptr);
+}
+
+void CQuilletDoc::MovePiece(const std::string& page, const std::string& piece, int32_t x, int32_t y,
+                            bool snapshot) {
+    FindLayout(page).MovePiece(piece, x, y);
+    PieceChanged(snapshot);
+}
+
+void CQuilletDoc::RescalePiece(const std::string& page, const std::string& piece, float fx,
+                               float fy, bool snapshot) {
+    FindLayout(page).RescalePiece(piece, fx, fy);
+    PieceChanged(snapshot);
+}
+
+void CQuilletDoc::ReplacePiece(const std::string& page, const std::string& name,
+                               const UI_PIECE& piece) {
+    FindLayout(page).ReplacePiece(name, piece);
+    PieceChanged(true);
+    UpdateAllViews(nullptr);
+}
+
+void CQuilletDoc::DeletePiece(const std::string& page, const std::string& piece, bool snapshot) {
+    FindLayout(page).RemovePiece(piece);
+    PieceChanged(snapshot);
+    UpdateAllViews(nullptr);
+}
+
+void CQuilletDoc::CopyAttributes(const std::string& page, const std::string& destination,
+                                 const std::string& source) {
+    LPAGE& layout = FindLayout(page);
+    const UI_PIECE from = layout.FindPiece(source);
+    UI_PIECE& to = layout.FindPiece(destination);
+    to.piece_identifier = from.piece_identifier;
+    to.attributes = from.attributes;
+    to.edit_group_id = from.edit_group_id;
+    to.locked = from.locked;
+    ChangeMade();
+}
+
+bool CQuilletDoc::ObjectUsedByPiece(const std::string& object) const {
+    return std::any_of(records_.qlt_file.layouts.begin(), records_.qlt_file.layouts.end(),
+                       [&object](const LPAGE& page) {
+                           return std::any_of(page.pieces.begin(), page.pieces.end(),
+                                              [&object](const UI_PIECE& piece) {
+                                                  return piece.object_id == object;
+                                              });
+                       });
+}
+
+bool CQuilletDoc::FontInUse(const std::string& identifier) const {
+    return std::any_of(records_.qlt_file.layouts.begin(), records_.qlt_file.layouts.end(),
+                       [&identifier](const LPAGE& page) {
+                           return std::any_of(page.pieces.begin(), page.pieces.end(),
+                                              [&identifier](const UI_PIECE& piece) {
+                                                  return piece.attributes.font_id == identifier;
+                                              });
+                       });
+}
