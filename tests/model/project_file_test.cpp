@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "TempDir.h"
+#include "core.h"
 #include "model/ProjectFile.h"
 #include "model/qlt_errors.h"
 #include "model/qlt_paths.h"
@@ -124,6 +125,7 @@ TEST(ProjectFileTest, FileEndingInsideARecordIsReported) {
 }
 
 TEST(ProjectFileTest, PieceFilesAreRelativeInTheFileAndForgottenWhenMissing) {
+    Core::init();  // piece files are read through the IO manager
     TempDir dir;
     const std::string project = dir.File("proj/ui.qlt");
     dir.Write("proj/data/types.txt", "");

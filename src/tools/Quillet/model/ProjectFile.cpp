@@ -21,9 +21,9 @@ std::string FormatVersion() {
 // A piece file that does not load is forgotten without a word.
 void ReadPieceFileName(Archive& archive, std::string_view open, std::string_view close,
                        QLT_FILE& qlt_file, std::string& name, PieceFileLoader load) {
-    name = ReadTaggedValue<NOT_A_LPAGE>(archive, open, close);
-    MakeAbsolutePath(name);
-    if (!load(qlt_file, name)) name.clear();
+    std::string path = ReadTaggedValue<NOT_A_LPAGE>(archive, open, close);
+    MakeAbsolutePath(path);
+    if (!load(qlt_file, path)) name.clear();
 }
 
 void ReadPageInto(Archive& archive, std::string& line, QLT_FILE& qlt_file) {
@@ -60,6 +60,7 @@ void ReadLayoutSection(Archive& archive, QLT_FILE& qlt_file) {
         if (!IsBlankLine(line)) ReadPageInto(archive, line, qlt_file);
         ReadAwaitedLine(archive, line);
     }
+    FlagAllInUse(qlt_file);
 }
 
 void WriteLayoutSection(Archive& archive, const QLT_FILE& qlt_file) {

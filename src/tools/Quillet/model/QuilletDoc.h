@@ -96,6 +96,14 @@ public:
     bool ObjectUsedByPiece(const std::string& object) const;
     bool FontInUse(const std::string& identifier) const;
 
+    // Piece files. A file that does not read is told in a box captioned "File error" and
+    // the project keeps what it had.
+    bool SetPieceTypesFile(const std::string& path);
+    bool SetPieceTextsFile(const std::string& path);
+    // Reads both files again, texts first, each failure in a box of its own; the views
+    // are told when both read.
+    bool ReloadPieceFiles();
+
     // UI objects. The lookup searches the six empty objects first; one that finds nothing
     // reports "Object not found" and answers an empty art object.
     const UI_OBJECT& FindObject(const std::string& name) const;

@@ -5,6 +5,8 @@
 #include "framework/Application.h"
 #include "framework/View.h"
 #include "layout/LayoutPageDoc.h"
+#include "piece_files.h"
+#include "report.h"
 
 namespace {
 
@@ -144,4 +146,34 @@ bool CQuilletDoc::FontInUse(const std::string& identifier) const {
                                                   return piece.attributes.font_id == identifier;
                                               });
                        });
+}
+
+bool CQuilletDoc::SetPieceTypesFile(const std::string& path) {
+    if (!LoadPieceTypesFile(records_.qlt_file, path)) {
+        ShowStop("Error in reading piece types file: " + path, "File error");
+        return false;
+    }
+    FlagAllInUse(records_.qlt_file);
+    SetModifiedFlag(true);
+    return true;
+}
+
+bool CQuilletDoc::SetPieceTextsFile(const std::string& path) {
+    if (!LoadPieceTextsFile(records_.qlt_file, path)) {
+        ShowStop("Error in reading piece texts file: " + path, "File error");
+        return false;
+    }
+    SetModifiedFlag(true);
+    return true;
+}
+
+bool CQuilletDoc::ReloadPieceFiles() {
+    const bool texts = ReloadPieceTexts(records_.qlt_file);
+    if (!texts) ShowStop("Invalid piece texts description file", "Error");
+    const bool types = ReloadPieceTypes(records_.qlt_file);
+    if (!types) ShowStop("Invalid piece types description file", "Error");
+    if (!texts || !types) return false;
+    FlagAllInUse(records_.qlt_file);
+    UpdateAllViews(nullptr);
+    return true;
 }

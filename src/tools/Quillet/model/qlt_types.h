@@ -144,12 +144,25 @@ struct LPAGE {
     void AssignFrom(const LPAGE& other);
 };
 
+// A kind of piece, from the piece types file.
+struct PIECE_TYPE {
+    std::string name;       // what a piece's piece_identifier holds
+    std::string arguments;  // the file's third column, kept as it is
+    bool in_use = false;    // a piece of the project uses it
+};
+
 // The project's <layout> section: page size, piece files, common paths and layouts.
 struct QLT_FILE {
     int32_t layout_width = 800;
     int32_t layout_height = 600;
     std::string piece_types_fname;  // absolute; empty while none is loaded
+    std::vector<PIECE_TYPE> art_types;
+    std::vector<PIECE_TYPE> push_button_types;
+    std::vector<PIECE_TYPE> toggle_button_types;
+    std::vector<PIECE_TYPE> slider_types;
+    std::vector<PIECE_TYPE> scroll_box_types;
     std::string piece_texts_fname;  // absolute; empty while none is loaded
+    std::vector<std::string> piece_texts;
     std::vector<std::string> common_texture_paths;
     std::vector<std::string> common_fmv_paths;
     std::vector<LPAGE> layouts;

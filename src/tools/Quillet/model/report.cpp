@@ -3,8 +3,11 @@
 #include "framework/Application.h"
 
 void ReportUnless(bool condition, const std::string& text) {
-    if (condition) return;
+    if (!condition) ShowStop(text, "Error");
+}
+
+void ShowStop(const std::string& text, const std::string& caption) {
     if (framework::Application* application = framework::Application::Instance())
-        application->UI().MessageBox(text, "Error", framework::MessageIcon::Stop,
+        application->UI().MessageBox(text, caption, framework::MessageIcon::Stop,
                                      framework::MessageButtons::Ok);
 }
