@@ -39,6 +39,8 @@ void CQuilletDoc::Serialize(framework::Archive& archive) {
     framework::WaitCursor wait(App().UI());
     SetProjectBaseDir(archive.GetFilePath());
     if (archive.IsStoring()) {
+        // Pieces are measured against this project, registered or not yet.
+        ScopedRecordLookup scope(*this);
         WriteProject(archive, records_);
         return;
     }

@@ -104,6 +104,38 @@ public:
     // are told when both read.
     bool ReloadPieceFiles();
 
+    // Reference tests: who uses what, by name, case-sensitively.
+    bool ObjectUsesRegion(const UI_OBJECT& object, const std::string& region) const;
+    bool RegionInUse(const std::string& region) const;
+    bool ObjectUsesTextureFolder(const UI_OBJECT& object, const std::string& folder) const;
+    bool ObjectUsesFmvFolder(const UI_OBJECT& object, const std::string& folder) const;
+    bool PageUsesTextureFolder(const std::string& page, const std::string& folder) const;
+    bool PageUsesFmvFolder(const std::string& page, const std::string& folder) const;
+    // A folder is legal for a page when it is a common path or one of the page's own.
+    bool PathLegal(const LPAGE& page, const std::string& folder) const;
+    bool ObjectLegalOnPage(const UI_OBJECT& object, const LPAGE& page) const;
+    bool ObjectLegalOnAllPages(const std::string& name, const UI_OBJECT& replacement) const;
+
+    // Deletions: each asks once when the thing is used (Cancel: false, nothing changed in
+    // that step) and then removes the users, outward in.
+    bool DeleteObject(const std::string& name);
+    bool DeleteRegion(const std::string& path, const std::string& name, bool confirm);
+    bool DeleteTexturePage(const std::string& path);
+    bool DeleteFont(const std::string& identifier);
+    bool DeleteFmv(const std::string& path);
+    void DeleteLayout(const std::string& name);
+    bool DeleteCommonTexturePath(const std::string& folder);
+    bool DeleteCommonFmvPath(const std::string& folder);
+    bool DeletePageTexturePath(const std::string& page, const std::string& folder);
+    bool DeletePageFmvPath(const std::string& page, const std::string& folder);
+    bool AddCommonTexturePath(const std::string& folder);
+    bool AddCommonFmvPath(const std::string& folder);
+    // What an Edit dialog does on OK: the new object takes the old one's place in every
+    // piece, after pieces that may not show it were removed (one per page).
+    bool ReplaceObject(const std::string& old_name, std::unique_ptr<UI_OBJECT> replacement);
+    // The bottom step of every cascade: through the page's open window when there is one.
+    void RemovePieceFromPage(const std::string& page, const std::string& piece);
+
     // UI objects. The lookup searches the six empty objects first; one that finds nothing
     // reports "Object not found" and answers an empty art object.
     const UI_OBJECT& FindObject(const std::string& name) const;
@@ -122,6 +154,12 @@ private:
     // the pages held now, then those read.
     void ReadApart(framework::Archive& archive, ProjectRecords& loaded);
     void AdoptRecords(ProjectRecords&& loaded);
+    bool Confirm(const std::string& first, const std::string& name, const std::string& second,
+                 const std::string& caption);
+    // Removes the pieces of every page that `doomed` picks, one by one.
+    template <typename Doomed>
+    void RemovePiecesWhere(Doomed doomed);
+    bool DeleteFolderUsers(const std::string& folder, bool texture, const LPAGE* only_page);
     // The three acts that end a change: modified, a snapshot, the views told.
     void ChangeMade();
     // Modified, a snapshot if asked for.

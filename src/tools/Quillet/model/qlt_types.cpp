@@ -149,6 +149,7 @@ LPAGE& QLT_FILE::FindPage(const std::string& name) {
     return EmptyRecord<LPAGE>();
 }
 
-bool QLT_FILE::PageExists(const std::string& name) const {
-    return FindWhere(layouts, Named(name)) != layouts.end();
+const LPAGE* QLT_FILE::PageNamed(const std::string& name) const {
+    const auto found = FindWhere(layouts, Named(name));
+    return found == layouts.end() ? nullptr : &*found;
 }

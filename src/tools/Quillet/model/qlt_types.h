@@ -169,5 +169,7 @@ struct QLT_FILE {
 
     // The page `name`; reports "Layout page not found" and answers an empty record.
     LPAGE& FindPage(const std::string& name);
-    bool PageExists(const std::string& name) const;
+    // The page `name`, or null; nothing is reported.
+    const LPAGE* PageNamed(const std::string& name) const;
+    bool PageExists(const std::string& name) const { return PageNamed(name) != nullptr; }
 };

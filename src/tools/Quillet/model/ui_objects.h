@@ -90,6 +90,7 @@ public:
     virtual std::vector<UI_REGION>* Regions() { return nullptr; }
     virtual const std::vector<UI_REGION>* Regions() const { return nullptr; }
     virtual std::vector<std::unique_ptr<UI_OBJECT>>* SubObjects() { return nullptr; }
+    virtual const std::vector<std::unique_ptr<UI_OBJECT>>* SubObjects() const { return nullptr; }
     virtual PageRect MinimumSize() const { return {0, 0, 4, 4}; }
     // Free travel of a slider's thumb at a scale; 0 for every other axis and kind.
     virtual int32_t RangeX(float /*scale*/) const { return 0; }
@@ -188,6 +189,7 @@ public:
     PageRect NaturalBounds() const override;
     PageRect RegionRect(const UI_OBJECT& part, const PageRect& piece) const override;
     std::vector<std::unique_ptr<UI_OBJECT>>* SubObjects() override { return &parts; }
+    const std::vector<std::unique_ptr<UI_OBJECT>>* SubObjects() const override { return &parts; }
     PageRect MinimumSize() const override { return NaturalBounds(); }
     int32_t RangeX(float scale) const override;
     int32_t RangeY(float scale) const override;

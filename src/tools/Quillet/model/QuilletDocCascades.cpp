@@ -1,0 +1,380 @@
+// Reference integrity: who uses what, and deletions that remove the users outward in.
+#include <algorithm>
+#include <optional>
+
+#include "QuilletDoc.h"
+#include "framework/Application.h"
+#include "layout/LayoutPageDoc.h"
+#include "report.h"
+#include "texture/TexturePageDoc.h"
+
+namespace {
+
+constexpr size_t kTexturePageTemplate = 1;
+constexpr size_t kLayoutPageTemplate = 2;
+
+std::vector<framework::Document*> DocumentsOf(size_t index) {
+    const framework::Application* application = framework::Application::Instance();
+    if (application == nullptr || application->Templates().size() <= index) return {};
+    return application->Templates()[index]->GetDocuments();
+}
+
+framework::Document* OpenDocument(size_t index, const std::string& identity, bool by_path) {
+    for (framework::Document* document : DocumentsOf(index)) {
+        if ((by_path ? document->GetPathName() : document->GetTitle()) == identity) return document;
+    }
+    return nullptr;
+}
+
+// Every region of an object and of its parts, depth first.
+template <typename Visit>
+bool AnyRegion(const UI_OBJECT& object, Visit visit) {
+    if (const std::vector<UI_REGION>* regions = object.Regions()) {
+        if (std::any_of(regions->begin(), regions->end(), visit)) return true;
+    }
+    if (const auto* parts = object.SubObjects()) {
+        for (const auto& part : *parts) {
+            if (part != nullptr && AnyRegion(*part, visit)) return true;
+        }
+    }
+    return false;
+}
+
+template <typename Record>
+bool FolderOf(const std::vector<Record>& records, const std::string& path,
+              const std::string& folder) {
+    return std::any_of(records.begin(), records.end(), [&](const Record& record) {
+        return record.path == path && record.folder == folder;
+    });
+}
+
+const char* const kPathFirst = "The following path is being used by a UI piece:\n\n";
+const char* const kPathSecond = "\n\nContinuing will delete any UI pieces using this path.";
+
+}  // namespace
+
+bool CQuilletDoc::Confirm(const std::string& first, const std::string& name,
+                          const std::string& second, const std::string& caption) {
+    return App().UI().MessageBox(first + name + second, caption, framework::MessageIcon::Warning,
+                                 framework::MessageButtons::OkCancel) == framework::Answer::Ok;
+}
+
+bool CQuilletDoc::ObjectUsesRegion(const UI_OBJECT& object, const std::string& region) const {
+    return AnyRegion(object, [&region](const UI_REGION& each) { return each.region == region; });
+}
+
+bool CQuilletDoc::RegionInUse(const std::string& region) const {
+    return std::any_of(records_.ui_objects.begin(), records_.ui_objects.end(),
+                       [&](const auto& object) { return ObjectUsesRegion(*object, region); });
+}
+
+bool CQuilletDoc::ObjectUsesTextureFolder(const UI_OBJECT& object,
+                                          const std::string& folder) const {
+    return AnyRegion(object, [&](const UI_REGION& each) {
+        return FolderOf(records_.texture_pages, each.page, folder);
+    });
+}
+
+bool CQuilletDoc::ObjectUsesFmvFolder(const UI_OBJECT& object, const std::string& folder) const {
+    return AnyRegion(object, [&](const UI_REGION& each) {
+        return FolderOf(records_.fmv_pages, each.page, folder);
+    });
+}
+
+bool CQuilletDoc::PageUsesTextureFolder(const std::string& page, const std::string& folder) const {
+    const LPAGE* layout = records_.qlt_file.PageNamed(page);
+    if (layout == nullptr) return false;
+    return std::any_of(layout->pieces.begin(), layout->pieces.end(), [&](const UI_PIECE& piece) {
+        const UI_OBJECT* object = ObjectNamed(piece.object_id);
+        return object != nullptr && ObjectUsesTextureFolder(*object, folder);
+    });
+}
+
+bool CQuilletDoc::PageUsesFmvFolder(const std::string& page, const std::string& folder) const {
+    const LPAGE* layout = records_.qlt_file.PageNamed(page);
+    if (layout == nullptr) return false;
+    return std::any_of(layout->pieces.begin(), layout->pieces.end(), [&](const UI_PIECE& piece) {
+        const UI_OBJECT* object = ObjectNamed(piece.object_id);
+        return object != nullptr && ObjectUsesFmvFolder(*object, folder);
+    });
+}
+
+bool CQuilletDoc::PathLegal(const LPAGE& page, const std::string& folder) const {
+    const auto holds = [&folder](const std::vector<std::string>& list) {
+        return std::find(list.begin(), list.end(), folder) != list.end();
+    };
+    return holds(records_.qlt_file.common_texture_paths) ||
+           holds(records_.qlt_file.common_fmv_paths) || holds(page.texture_paths) ||
+           holds(page.fmv_paths);
+}
+
+bool CQuilletDoc::ObjectLegalOnPage(const UI_OBJECT& object, const LPAGE& page) const {
+    // A region on neither kind of page is illegal.
+    return !AnyRegion(object, [&](const UI_REGION& each) {
+        const auto legal_in = [&](const auto& records) {
+            const auto found =
+                std::find_if(records.begin(), records.end(),
+                             [&each](const auto& record) { return record.path == each.page; });
+            return found == records.end() ? std::optional<bool>() : PathLegal(page, found->folder);
+        };
+        std::optional<bool> legal = legal_in(records_.texture_pages);
+        if (!legal) legal = legal_in(records_.fmv_pages);
+        return !legal.value_or(false);
+    });
+}
+
+bool CQuilletDoc::ObjectLegalOnAllPages(const std::string& name,
+                                        const UI_OBJECT& replacement) const {
+    return std::all_of(
+        records_.qlt_file.layouts.begin(), records_.qlt_file.layouts.end(), [&](const LPAGE& page) {
+            const bool shows =
+                std::any_of(page.pieces.begin(), page.pieces.end(),
+                            [&name](const UI_PIECE& piece) { return piece.object_id == name; });
+            return !shows || ObjectLegalOnPage(replacement, page);
+        });
+}
+
+void CQuilletDoc::RemovePieceFromPage(const std::string& page, const std::string& piece) {
+    if (auto* window =
+            dynamic_cast<CLayoutPageDoc*>(OpenDocument(kLayoutPageTemplate, page, false))) {
+        window->DeletePiece(piece);
+        SetModifiedFlag(true);
+        return;
+    }
+    DeletePiece(page, piece, true);
+}
+
+// Names are collected first: removing a piece changes the list being walked.
+template <typename Doomed>
+void CQuilletDoc::RemovePiecesWhere(Doomed doomed) {
+    std::vector<std::pair<std::string, std::string>> gone;
+    for (const LPAGE& page : records_.qlt_file.layouts) {
+        for (const UI_PIECE& piece : page.pieces) {
+            if (doomed(page, piece)) gone.emplace_back(page.name, piece.name);
+        }
+    }
+    for (const auto& [page, piece] : gone)
+        RemovePieceFromPage(page, piece);
+}
+
+bool CQuilletDoc::DeleteObject(const std::string& name) {
+    if (ObjectUsedByPiece(name) &&
+        !Confirm("The following object is being used by a UI piece:\n\n", name,
+                 "\n\nContinuing will delete any UI pieces using this UI object.",
+                 "Confirm delete object"))
+        return false;
+    RemovePiecesWhere(
+        [&name](const LPAGE&, const UI_PIECE& piece) { return piece.object_id == name; });
+    auto& objects = records_.ui_objects;
+    const auto found = std::find_if(objects.begin(), objects.end(),
+                                    [&name](const auto& object) { return object->Name() == name; });
+    ReportUnless(found != objects.end(), "Object not found");
+    if (found != objects.end()) objects.erase(found);
+    ChangeMade();
+    return true;
+}
+
+bool CQuilletDoc::DeleteRegion(const std::string& path, const std::string& name, bool confirm) {
+    if (confirm) {
+        if (RegionInUse(name) &&
+            !Confirm("The following region is being used by a UI object:\n\n", name,
+                     "\n\nContinuing will delete any UI objects and UI pieces using this region.",
+                     "Confirm delete region"))
+            return false;
+        std::vector<std::string> users;
+        for (const auto& object : records_.ui_objects) {
+            if (ObjectUsesRegion(*object, name)) users.push_back(object->Name());
+        }
+        // A Cancel for one object leaves it and goes on with the next.
+        for (const std::string& user : users)
+            DeleteObject(user);
+    }
+    FindTexture(path).RemoveRegion(name);
+    ChangeMade();
+    return true;
+}
+
+bool CQuilletDoc::DeleteTexturePage(const std::string& path) {
+    if (framework::Document* window = OpenDocument(kTexturePageTemplate, path, true))
+        window->OnCloseDocument();
+    bool all_gone = true;
+    std::vector<std::string> names;
+    if (TextureExists(path)) {
+        for (const TREGION& region : FindTexture(path).regions)
+            names.push_back(region.name);
+    }
+    // Every region is offered, even after a Cancel; any Cancel keeps the page.
+    for (const std::string& name : names) {
+        if (!DeleteRegion(path, name, true)) {
+            all_gone = false;
+            continue;
+        }
+        if (framework::Document* window = OpenDocument(kTexturePageTemplate, path, true)) {
+            window->SetModifiedFlag(true);
+            window->UpdateAllViews(nullptr);
+        }
+    }
+    if (all_gone)
+        std::erase_if(records_.texture_pages,
+                      [&path](const TPAGE& page) { return page.path == path; });
+    SetModifiedFlag(true);
+    TakeSnapshot();
+    return all_gone;
+}
+
+bool CQuilletDoc::DeleteFont(const std::string& identifier) {
+    if (FontInUse(identifier) &&
+        !Confirm("The following font is being used by a UI piece:\n\n", identifier,
+                 "\n\nContinuing will delete any text on UI pieces using this font.",
+                 "Confirm delete font"))
+        return false;
+    for (LPAGE& page : records_.qlt_file.layouts) {
+        for (UI_PIECE& piece : page.pieces) {
+            if (piece.attributes.font_id == identifier) page.ClearText(piece.name);
+        }
+    }
+    auto& fonts = records_.font_pages;
+    const auto found = std::find_if(
+        fonts.begin(), fonts.end(),
+        [&identifier](const FONT_PAGE& font) { return font.identifier == identifier; });
+    ReportUnless(found != fonts.end(), "Font not found");
+    if (found != fonts.end()) fonts.erase(found);
+    ChangeMade();
+    return true;
+}
+
+bool CQuilletDoc::DeleteFmv(const std::string& path) {
+    const std::string identifier = FindFmvByPath(path).identifier;
+    if (RegionInUse(identifier) &&
+        !Confirm("The following fmv is being used by a UI object:\n\n", identifier,
+                 "\n\nContinuing will delete any UI objects and UI pieces using this fmv.",
+                 "Confirm delete region"))
+        return false;
+    std::vector<std::string> users;
+    for (const auto& object : records_.ui_objects) {
+        if (ObjectUsesRegion(*object, identifier)) users.push_back(object->Name());
+    }
+    for (const std::string& user : users)
+        DeleteObject(user);
+    std::erase_if(records_.fmv_pages,
+                  [&path](const FMV_PAGE& movie) { return movie.path == path; });
+    ChangeMade();
+    return true;
+}
+
+void CQuilletDoc::DeleteLayout(const std::string& name) {
+    while (framework::Document* window = OpenDocument(kLayoutPageTemplate, name, false))
+        window->OnCloseDocument();
+    auto& layouts = records_.qlt_file.layouts;
+    const auto found = std::find_if(layouts.begin(), layouts.end(),
+                                    [&name](const LPAGE& page) { return page.name == name; });
+    ReportUnless(found != layouts.end(), "Layout page not found");
+    if (found != layouts.end()) layouts.erase(found);
+    SetModifiedFlag(true);
+    TakeSnapshot();
+}
+
+// The pieces go when they use the folder, even where another list keeps it legal.
+bool CQuilletDoc::DeleteFolderUsers(const std::string& folder, bool texture,
+                                    const LPAGE* only_page) {
+    const auto uses = [&](const UI_PIECE& piece) {
+        const UI_OBJECT* object = ObjectNamed(piece.object_id);
+        return object != nullptr && (texture ? ObjectUsesTextureFolder(*object, folder)
+                                             : ObjectUsesFmvFolder(*object, folder));
+    };
+    bool used = false;
+    for (const LPAGE& page : records_.qlt_file.layouts) {
+        if (only_page == nullptr || page.name == only_page->name)
+            used = used || std::any_of(page.pieces.begin(), page.pieces.end(), uses);
+    }
+    if (used && !Confirm(kPathFirst, folder, kPathSecond, "Confirm delete path")) return false;
+    const std::string page_name = only_page == nullptr ? std::string() : only_page->name;
+    RemovePiecesWhere([&](const LPAGE& page, const UI_PIECE& piece) {
+        return (page_name.empty() || page.name == page_name) && uses(piece);
+    });
+    SetModifiedFlag(true);
+    return true;
+}
+
+bool CQuilletDoc::DeleteCommonTexturePath(const std::string& folder) {
+    if (!DeleteFolderUsers(folder, true, nullptr)) return false;
+    auto& paths = records_.qlt_file.common_texture_paths;
+    const auto found = std::find(paths.begin(), paths.end(), folder);
+    ReportUnless(found != paths.end(), "Common texture path not found");
+    if (found != paths.end()) paths.erase(found);
+    return true;
+}
+
+bool CQuilletDoc::DeleteCommonFmvPath(const std::string& folder) {
+    if (!DeleteFolderUsers(folder, false, nullptr)) return false;
+    auto& paths = records_.qlt_file.common_fmv_paths;
+    const auto found = std::find(paths.begin(), paths.end(), folder);
+    ReportUnless(found != paths.end(), "Common fmv path not found");
+    if (found != paths.end()) paths.erase(found);
+    return true;
+}
+
+bool CQuilletDoc::DeletePageTexturePath(const std::string& page, const std::string& folder) {
+    if (!DeleteFolderUsers(folder, true, &FindLayout(page))) return false;
+    FindLayout(page).RemoveTexturePath(folder);
+    return true;
+}
+
+bool CQuilletDoc::DeletePageFmvPath(const std::string& page, const std::string& folder) {
+    if (!DeleteFolderUsers(folder, false, &FindLayout(page))) return false;
+    FindLayout(page).RemoveFmvPath(folder);
+    return true;
+}
+
+bool CQuilletDoc::AddCommonTexturePath(const std::string& folder) {
+    auto& paths = records_.qlt_file.common_texture_paths;
+    if (std::find(paths.begin(), paths.end(), folder) != paths.end()) return false;
+    paths.push_back(folder);
+    SetModifiedFlag(true);
+    return true;
+}
+
+bool CQuilletDoc::AddCommonFmvPath(const std::string& folder) {
+    auto& paths = records_.qlt_file.common_fmv_paths;
+    if (std::find(paths.begin(), paths.end(), folder) != paths.end()) return false;
+    paths.push_back(folder);
+    SetModifiedFlag(true);
+    return true;
+}
+
+bool CQuilletDoc::ReplaceObject(const std::string& old_name,
+                                std::unique_ptr<UI_OBJECT> replacement) {
+    auto& objects = records_.ui_objects;
+    const auto is_old = [&old_name](const auto& object) { return object->Name() == old_name; };
+    ReportUnless(std::any_of(objects.begin(), objects.end(), is_old), "Object not found");
+    if (!ObjectLegalOnAllPages(old_name, *replacement)) {
+        if (!Confirm("The following object has paths that are illegal for certain UI pieces:\n\n",
+                     old_name, "\n\nContinuing will delete these UI pieces.",
+                     "Confirm delete pieces"))
+            return false;
+        // One piece per page goes here; a further illegal piece stays.
+        std::vector<std::pair<std::string, std::string>> gone;
+        for (const LPAGE& page : records_.qlt_file.layouts) {
+            for (const UI_PIECE& piece : page.pieces) {
+                if (piece.object_id == old_name && !ObjectLegalOnPage(*replacement, page)) {
+                    gone.emplace_back(page.name, piece.name);
+                    break;
+                }
+            }
+        }
+        for (const auto& [page, piece] : gone)
+            RemovePieceFromPage(page, piece);
+    }
+    const std::string new_name = replacement->Name();
+    objects.erase(std::remove_if(objects.begin(), objects.end(), is_old), objects.end());
+    objects.push_back(std::move(replacement));
+    for (LPAGE& page : records_.qlt_file.layouts) {
+        for (UI_PIECE& piece : page.pieces) {
+            if (piece.object_id == old_name) piece.object_id = new_name;
+        }
+    }
+    for (framework::Document* window : DocumentsOf(kLayoutPageTemplate))
+        window->UpdateAllViews(nullptr);
+    ChangeMade();
+    return true;
+}
