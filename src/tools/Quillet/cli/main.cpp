@@ -2,8 +2,10 @@
 #include <functional>
 #include <iostream>
 #include <string>
+#include <string_view>
 #include <vector>
 
+#include "DemoProject.h"
 #include "QltCommands.h"
 #include "TgaCommands.h"
 
@@ -21,6 +23,7 @@ const std::vector<Command>& Commands() {
         {"qlt", "roundtrip", "qlt roundtrip IN OUT", RunQltRoundtrip},
         {"tga", "info", "tga info FILE", RunTgaInfo},
         {"tga", "convert", "tga convert IN OUT FORMAT", RunTgaConvert},
+        {"demo", "", "demo DIR", RunDemo},
     };
     return commands;
 }
@@ -36,10 +39,14 @@ int Usage() {
 
 int main(int argc, char** argv) {
     const std::vector<std::string> words(argv + 1, argv + argc);
-    if (words.size() < 2) return Usage();
     for (const Command& command : Commands()) {
-        if (words[0] == command.group && words[1] == command.name)
-            return command.run(std::vector<std::string>(words.begin() + 2, words.end()));
+        // A command is one word ("demo") or two ("qlt roundtrip"); the rest are arguments.
+        const size_t length = std::string_view(command.name).empty() ? 1 : 2;
+        if (words.size() < length || words[0] != command.group ||
+            (length == 2 && words[1] != command.name))
+            continue;
+        return command.run(
+            std::vector<std::string>(words.begin() + static_cast<long>(length), words.end()));
     }
     return Usage();
 }
