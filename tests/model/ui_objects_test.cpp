@@ -1,5 +1,6 @@
 #include "ProjectFixture.h"
 #include "model/ProjectFile.h"
+#include "model/RecordIndex.h"
 #include "model/qlt_errors.h"
 #include "model/qlt_paths.h"
 
@@ -173,6 +174,38 @@ TEST_F(UiObjectsTest, UndoReturnsTheObjectsExactly) {
     project->OnEditRedo();
     EXPECT_EQ(project->FindObject("title").NaturalBounds(), (PageRect{0, 0, 8, 100}));
     project->RemoveView(tree);
+}
+
+}  // namespace
+
+namespace {
+
+TEST(RecordIndexTest, FindsWhatALinearSearchFinds) {
+    ProjectRecords first;
+    ProjectRecords second;
+    TPAGE page;
+    page.path = "/p.tga";
+    page.regions.emplace_back("a", PageRect{0, 0, 1, 1}, nullptr);
+    page.regions.emplace_back("a", PageRect{0, 0, 2, 2}, nullptr);
+    first.texture_pages.push_back(page);
+    page.regions = {TREGION("b", {0, 0, 3, 3}, nullptr)};
+    second.texture_pages.push_back(page);  // the same path again: never reached
+    second.fmv_pages.emplace_back("/m/intro.mpg");
+    first.ui_objects.push_back(std::make_unique<UI_ART>("x"));
+    second.ui_objects.push_back(std::make_unique<UI_PUSH_BUTTON>("x"));
+
+    const RecordIndex index{&first, &second};
+    for (const UI_REGION& region :
+         {UI_REGION{"art", "/p.tga", "a"}, UI_REGION{"art", "/p.tga", "b"},
+          UI_REGION{"art", "/none", "intro_mpg"}}) {
+        EXPECT_EQ(index.RegionRect(region), LookUpRegionRect(region, {&first, &second}))
+            << region.region;
+    }
+    EXPECT_EQ(index.ObjectNamed("x"), first.ui_objects[0].get());
+    EXPECT_EQ(index.ObjectNamed("empty_art"), EmptyObjects()[0]);
+    // Records added later are seen too.
+    second.ui_objects.push_back(std::make_unique<UI_ART>("y"));
+    EXPECT_EQ(index.ObjectNamed("y"), second.ui_objects[1].get());
 }
 
 }  // namespace

@@ -4,11 +4,11 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 
 namespace Core {
 namespace {
@@ -76,12 +76,16 @@ bool read_whole_file(const std::string& path, std::string& bytes, std::string& e
                                                                        : "Not a regular file";
         return false;
     }
-    std::ifstream stream(path, std::ios::binary);
+    std::ifstream stream(path, std::ios::binary | std::ios::ate);
     if (!stream) {
         error = system_reason();
         return false;
     }
-    bytes.assign(std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>());
+    // One read of the whole size; a file that shrinks meanwhile gives what is there.
+    bytes.resize(static_cast<size_t>(std::max<std::streamoff>(stream.tellg(), 0)));
+    stream.seekg(0);
+    stream.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    bytes.resize(static_cast<size_t>(std::max<std::streamsize>(stream.gcount(), 0)));
     if (stream.bad()) {
         error = system_reason();
         return false;

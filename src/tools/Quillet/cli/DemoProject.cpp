@@ -8,6 +8,7 @@
 #include "core_atomic_file.h"
 #include "core_tga.h"
 #include "model/ProjectFile.h"
+#include "model/RecordIndex.h"
 #include "model/qlt_paths.h"
 
 namespace {
@@ -247,26 +248,14 @@ ProjectRecords BuildRecords(const fs::path& folder) {
     return records;
 }
 
-// Pieces are measured against the records being written.
-struct RecordsLookup : RecordLookup {
-    const ProjectRecords& records;
-    explicit RecordsLookup(const ProjectRecords& held) : records(held) {}
-    PageRect RegionRect(const UI_REGION& region) const override {
-        return LookUpRegionRect(region, {&records});
-    }
-    const UI_OBJECT* ObjectNamed(const std::string& name) const override {
-        return LookUpObject(name, {&records});
-    }
-};
-
 bool WriteText(const fs::path& path, const std::string& text) {
     std::string reason;
     return Core::write_file_atomically(path.string(), text, reason);
 }
 
 bool WriteProjectFile(const ProjectRecords& records, const fs::path& path) {
-    const RecordsLookup lookup(records);
-    const ScopedRecordLookup scope(lookup);
+    const RecordIndex index{&records};
+    const ScopedRecordLookup scope(index);
     SetProjectBaseDir(path.string());
     framework::Archive archive = framework::Archive::ForStoring(path.string());
     WriteProject(archive, records);

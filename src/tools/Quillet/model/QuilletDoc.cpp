@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "ProjectFile.h"
+#include "RecordIndex.h"
 #include "framework/Application.h"
 #include "layout/LayoutPageDoc.h"
 #include "qlt_errors.h"
@@ -40,7 +41,8 @@ void CQuilletDoc::Serialize(framework::Archive& archive) {
     SetProjectBaseDir(archive.GetFilePath());
     if (archive.IsStoring()) {
         // Pieces are measured against this project, registered or not yet.
-        ScopedRecordLookup scope(*this);
+        const RecordIndex index{&records_};
+        ScopedRecordLookup scope(index);
         WriteProject(archive, records_);
         return;
     }
@@ -74,19 +76,8 @@ std::string PathKey(const std::string& path) {
 }  // namespace
 
 void CQuilletDoc::ReadApart(framework::Archive& archive, ProjectRecords& loaded) {
-    // The pages held now stand first, as they do in the list a load appends to.
-    struct ReadingSource : RecordLookup {
-        const ProjectRecords& present;
-        const ProjectRecords& read;
-        ReadingSource(const ProjectRecords& now, const ProjectRecords& loading)
-            : present(now), read(loading) {}
-        PageRect RegionRect(const UI_REGION& region) const override {
-            return LookUpRegionRect(region, {&present, &read});
-        }
-        const UI_OBJECT* ObjectNamed(const std::string& name) const override {
-            return LookUpObject(name, {&present, &read});
-        }
-    } source(records_, loaded);
+    // The records held now stand first, as they do in the lists a load appends to.
+    const RecordIndex source{&records_, &loaded};
     ScopedRecordLookup scope(source);
     ReadProject(archive, loaded);
 }

@@ -21,9 +21,7 @@ const char* const kAlignWords[] = {"left", "centre", "right"};
 // When the line in hand is `open VALUE close`: the value into `value`, and the next line.
 bool TakeOptional(Archive& archive, std::string& line, std::string_view open,
                   std::string_view close, std::string& value) {
-    std::string candidate = line;
-    if (!MatchTag(candidate, open, close)) return false;
-    value = candidate;
+    if (!TagValue(line, open, close, value)) return false;
     ReadTrimmedLine(archive, line);
     return true;
 }

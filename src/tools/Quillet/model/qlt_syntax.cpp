@@ -1,5 +1,7 @@
 #include "qlt_syntax.h"
 
+#include <algorithm>
+
 #include "qlt_errors.h"
 
 int32_t write_indent = 0;
@@ -7,20 +9,24 @@ int32_t write_indent = 0;
 namespace {
 
 constexpr std::string_view kLineEnd = "\r\n";
-constexpr std::string_view kTrimmed = " \t\n";
 
 void WriteIndent(Archive& archive) {
     if (write_indent > 0) archive.WriteString(std::string(static_cast<size_t>(write_indent), ' '));
 }
 
+bool IsTrimmed(char c) {
+    return c == ' ' || c == '\t' || c == '\n';
+}
+
 void Trim(std::string& line) {
-    const size_t last = line.find_last_not_of(kTrimmed);
-    if (last == std::string::npos) {
-        line.clear();
-        return;
-    }
-    line.erase(last + 1);
-    line.erase(0, line.find_first_not_of(kTrimmed));
+    size_t end = line.size();
+    while (end > 0 && IsTrimmed(line[end - 1]))
+        --end;
+    size_t start = 0;
+    while (start < end && IsTrimmed(line[start]))
+        ++start;
+    line.erase(end);
+    line.erase(0, start);
 }
 
 bool IsScanSpace(unsigned char c) {
@@ -79,15 +85,37 @@ void ReadAwaitedLine(Archive& archive, std::string& line) {
 }
 
 bool IsBlankLine(const std::string& line) {
-    return line.find_first_not_of(kTrimmed) == std::string::npos;
+    return std::all_of(line.begin(), line.end(), IsTrimmed);
 }
 
 bool MatchTag(std::string& line, std::string_view open, std::string_view close) {
     const std::string_view text = line;
     if (!text.starts_with(open) || !text.ends_with(close)) return false;
     line.resize(line.size() - close.size());
-    line = TextAfter(line, open.size());
+    line.erase(0, std::min(open.size(), line.size()));
     return true;
+}
+
+bool TagValue(std::string_view line, std::string_view open, std::string_view close,
+              std::string_view& value) {
+    if (!line.starts_with(open) || !line.ends_with(close)) return false;
+    line.remove_suffix(close.size());
+    line.remove_prefix(std::min(open.size(), line.size()));
+    value = line;
+    return true;
+}
+
+bool TagValue(std::string_view line, std::string_view open, std::string_view close,
+              std::string& value) {
+    std::string_view view;
+    if (!TagValue(line, open, close, view)) return false;
+    value.assign(view);
+    return true;
+}
+
+std::string& ScratchLine() {
+    static thread_local std::string line;
+    return line;
 }
 
 bool BeginsWith(const std::string& line, std::string_view tag) {
@@ -98,7 +126,7 @@ std::string TextAfter(const std::string& line, size_t count) {
     return count < line.size() ? line.substr(count) : std::string();
 }
 
-int ScanInt(const std::string& text, int32_t& value) {
+int ScanInt(std::string_view text, int32_t& value) {
     size_t at = 0;
     while (at < text.size() && IsScanSpace(static_cast<unsigned char>(text[at])))
         ++at;
@@ -113,6 +141,6 @@ int ScanInt(const std::string& text, int32_t& value) {
     return 1;
 }
 
-void ReadIntValue(const std::string& text, int32_t& value) {
+void ReadIntValue(std::string_view text, int32_t& value) {
     if (ScanInt(text, value) == 0) throw BAD_TAG();
 }

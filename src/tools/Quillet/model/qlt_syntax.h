@@ -36,6 +36,11 @@ bool IsBlankLine(const std::string& line);
 // True when `line` begins with `open` and ends with `close`; then `line` keeps only the
 // value between them. Case-sensitive; on false `line` is unchanged.
 bool MatchTag(std::string& line, std::string_view open, std::string_view close);
+// The test of MatchTag without changing `line`: on true the value goes to `value`.
+bool TagValue(std::string_view line, std::string_view open, std::string_view close,
+              std::string_view& value);
+bool TagValue(std::string_view line, std::string_view open, std::string_view close,
+              std::string& value);
 // True when the first characters of `line` are the whole of `tag`.
 bool BeginsWith(const std::string& line, std::string_view tag);
 // The text from character `count` on; empty when the line is shorter.
@@ -44,23 +49,33 @@ std::string TextAfter(const std::string& line, size_t count);
 // sscanf(text, "%d", &value): 1 when a number was read into `value`, 0 when the text does
 // not begin like a number, -1 when it holds nothing but white space. An over-long number
 // keeps its low 32 bits.
-int ScanInt(const std::string& text, int32_t& value);
+int ScanInt(std::string_view text, int32_t& value);
 // Scans a tag's value into `value`; a value that does not begin like a number throws
 // BAD_TAG, an empty one leaves `value` as it was.
-void ReadIntValue(const std::string& text, int32_t& value);
+void ReadIntValue(std::string_view text, int32_t& value);
+
+// The next line as `open VALUE close`, trimmed; a wrong line throws `WrongLine`.
+// The line buffer that tag reads share: most lines are longer than a short string holds.
+std::string& ScratchLine();
+
+template <typename WrongLine>
+std::string_view ReadTaggedView(Archive& archive, std::string_view open, std::string_view close) {
+    std::string& line = ScratchLine();
+    ReadTrimmedLine(archive, line);
+    std::string_view value;
+    if (!TagValue(line, open, close, value)) throw WrongLine();
+    return value;
+}
 
 // The next line as `open VALUE close`, trimmed; a wrong line throws `WrongLine`.
 template <typename WrongLine>
 std::string ReadTaggedValue(Archive& archive, std::string_view open, std::string_view close) {
-    std::string line;
-    ReadTrimmedLine(archive, line);
-    if (!MatchTag(line, open, close)) throw WrongLine();
-    return line;
+    return std::string(ReadTaggedView<WrongLine>(archive, open, close));
 }
 
 // The same for a number, scanned as ReadIntValue does.
 template <typename WrongLine>
 void ReadTaggedNumber(Archive& archive, std::string_view open, std::string_view close,
                       int32_t& value) {
-    ReadIntValue(ReadTaggedValue<WrongLine>(archive, open, close), value);
+    ReadIntValue(ReadTaggedView<WrongLine>(archive, open, close), value);
 }
