@@ -169,9 +169,10 @@ protected:
     Owned SaveAndLoad(Image& image, PixelFormat format) {
         const std::string path = dir.File("page.tga");
         EXPECT_TRUE(save_tga(image, path.c_str(), format));
+        const std::string bytes = ReadFile(path);
         TgaReader reader;
-        EXPECT_TRUE(reader.buffer.attach(std::make_shared<MemoryBufferImpl>(
-            std::vector<uint8_t>(ReadFile(path).begin(), ReadFile(path).end()))));
+        EXPECT_TRUE(reader.buffer.attach(
+            std::make_shared<MemoryBufferImpl>(std::vector<uint8_t>(bytes.begin(), bytes.end()))));
         return Owned(load_tga(reader));
     }
 };
