@@ -160,6 +160,8 @@ private:
     template <typename Doomed>
     void RemovePiecesWhere(Doomed doomed);
     bool DeleteFolderUsers(const std::string& folder, bool texture, const LPAGE* only_page);
+    bool DeleteCommonPath(const std::string& folder, bool texture);
+    void DeleteObjectsUsingRegion(const std::string& region);
     // The three acts that end a change: modified, a snapshot, the views told.
     void ChangeMade();
     // Modified, a snapshot if asked for.

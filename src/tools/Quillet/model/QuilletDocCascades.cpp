@@ -174,6 +174,16 @@ bool CQuilletDoc::DeleteObject(const std::string& name) {
     return true;
 }
 
+// Each object asks for itself; a Cancel for one leaves it and goes on with the next.
+void CQuilletDoc::DeleteObjectsUsingRegion(const std::string& region) {
+    std::vector<std::string> users;
+    for (const auto& object : records_.ui_objects) {
+        if (ObjectUsesRegion(*object, region)) users.push_back(object->Name());
+    }
+    for (const std::string& user : users)
+        DeleteObject(user);
+}
+
 bool CQuilletDoc::DeleteRegion(const std::string& path, const std::string& name, bool confirm) {
     if (confirm) {
         if (RegionInUse(name) &&
@@ -181,13 +191,7 @@ bool CQuilletDoc::DeleteRegion(const std::string& path, const std::string& name,
                      "\n\nContinuing will delete any UI objects and UI pieces using this region.",
                      "Confirm delete region"))
             return false;
-        std::vector<std::string> users;
-        for (const auto& object : records_.ui_objects) {
-            if (ObjectUsesRegion(*object, name)) users.push_back(object->Name());
-        }
-        // A Cancel for one object leaves it and goes on with the next.
-        for (const std::string& user : users)
-            DeleteObject(user);
+        DeleteObjectsUsingRegion(name);
     }
     FindTexture(path).RemoveRegion(name);
     ChangeMade();
@@ -250,12 +254,7 @@ bool CQuilletDoc::DeleteFmv(const std::string& path) {
                  "\n\nContinuing will delete any UI objects and UI pieces using this fmv.",
                  "Confirm delete region"))
         return false;
-    std::vector<std::string> users;
-    for (const auto& object : records_.ui_objects) {
-        if (ObjectUsesRegion(*object, identifier)) users.push_back(object->Name());
-    }
-    for (const std::string& user : users)
-        DeleteObject(user);
+    DeleteObjectsUsingRegion(identifier);
     std::erase_if(records_.fmv_pages,
                   [&path](const FMV_PAGE& movie) { return movie.path == path; });
     ChangeMade();
@@ -296,22 +295,23 @@ bool CQuilletDoc::DeleteFolderUsers(const std::string& folder, bool texture,
     return true;
 }
 
-bool CQuilletDoc::DeleteCommonTexturePath(const std::string& folder) {
-    if (!DeleteFolderUsers(folder, true, nullptr)) return false;
-    auto& paths = records_.qlt_file.common_texture_paths;
+bool CQuilletDoc::DeleteCommonPath(const std::string& folder, bool texture) {
+    if (!DeleteFolderUsers(folder, texture, nullptr)) return false;
+    auto& paths =
+        texture ? records_.qlt_file.common_texture_paths : records_.qlt_file.common_fmv_paths;
     const auto found = std::find(paths.begin(), paths.end(), folder);
-    ReportUnless(found != paths.end(), "Common texture path not found");
+    ReportUnless(found != paths.end(),
+                 texture ? "Common texture path not found" : "Common fmv path not found");
     if (found != paths.end()) paths.erase(found);
     return true;
 }
 
+bool CQuilletDoc::DeleteCommonTexturePath(const std::string& folder) {
+    return DeleteCommonPath(folder, true);
+}
+
 bool CQuilletDoc::DeleteCommonFmvPath(const std::string& folder) {
-    if (!DeleteFolderUsers(folder, false, nullptr)) return false;
-    auto& paths = records_.qlt_file.common_fmv_paths;
-    const auto found = std::find(paths.begin(), paths.end(), folder);
-    ReportUnless(found != paths.end(), "Common fmv path not found");
-    if (found != paths.end()) paths.erase(found);
-    return true;
+    return DeleteCommonPath(folder, false);
 }
 
 bool CQuilletDoc::DeletePageTexturePath(const std::string& page, const std::string& folder) {
