@@ -6,22 +6,9 @@
 #include "RecordIndex.h"
 #include "framework/Application.h"
 #include "layout/LayoutPageDoc.h"
+#include "open_documents.h"
 #include "qlt_errors.h"
 #include "qlt_paths.h"
-#include "texture/TexturePageDoc.h"
-
-namespace {
-
-enum TemplateIndex { kProjectTemplate, kTexturePageTemplate, kLayoutPageTemplate };
-
-std::vector<framework::Document*> OpenDocumentsOf(TemplateIndex index) {
-    const framework::Application* application = framework::Application::Instance();
-    if (application == nullptr || application->Templates().size() <= static_cast<size_t>(index))
-        return {};
-    return application->Templates()[index]->GetDocuments();
-}
-
-}  // namespace
 
 CQuilletDoc* GetProjectDoc() {
     const std::vector<framework::Document*> projects = OpenDocumentsOf(kProjectTemplate);

@@ -5,26 +5,10 @@
 #include "QuilletDoc.h"
 #include "framework/Application.h"
 #include "layout/LayoutPageDoc.h"
+#include "open_documents.h"
 #include "report.h"
-#include "texture/TexturePageDoc.h"
 
 namespace {
-
-constexpr size_t kTexturePageTemplate = 1;
-constexpr size_t kLayoutPageTemplate = 2;
-
-std::vector<framework::Document*> DocumentsOf(size_t index) {
-    const framework::Application* application = framework::Application::Instance();
-    if (application == nullptr || application->Templates().size() <= index) return {};
-    return application->Templates()[index]->GetDocuments();
-}
-
-framework::Document* OpenDocument(size_t index, const std::string& identity, bool by_path) {
-    for (framework::Document* document : DocumentsOf(index)) {
-        if ((by_path ? document->GetPathName() : document->GetTitle()) == identity) return document;
-    }
-    return nullptr;
-}
 
 // Every region of an object and of its parts, depth first.
 template <typename Visit>
@@ -136,7 +120,7 @@ bool CQuilletDoc::ObjectLegalOnAllPages(const std::string& name,
 
 void CQuilletDoc::RemovePieceFromPage(const std::string& page, const std::string& piece) {
     if (auto* window =
-            dynamic_cast<CLayoutPageDoc*>(OpenDocument(kLayoutPageTemplate, page, false))) {
+            dynamic_cast<CLayoutPageDoc*>(OpenDocumentNamed(kLayoutPageTemplate, page, false))) {
         window->DeletePiece(piece);
         SetModifiedFlag(true);
         return;
@@ -199,7 +183,7 @@ bool CQuilletDoc::DeleteRegion(const std::string& path, const std::string& name,
 }
 
 bool CQuilletDoc::DeleteTexturePage(const std::string& path) {
-    if (framework::Document* window = OpenDocument(kTexturePageTemplate, path, true))
+    if (framework::Document* window = OpenDocumentNamed(kTexturePageTemplate, path, true))
         window->OnCloseDocument();
     bool all_gone = true;
     std::vector<std::string> names;
@@ -213,7 +197,7 @@ bool CQuilletDoc::DeleteTexturePage(const std::string& path) {
             all_gone = false;
             continue;
         }
-        if (framework::Document* window = OpenDocument(kTexturePageTemplate, path, true)) {
+        if (framework::Document* window = OpenDocumentNamed(kTexturePageTemplate, path, true)) {
             window->SetModifiedFlag(true);
             window->UpdateAllViews(nullptr);
         }
@@ -262,7 +246,7 @@ bool CQuilletDoc::DeleteFmv(const std::string& path) {
 }
 
 void CQuilletDoc::DeleteLayout(const std::string& name) {
-    while (framework::Document* window = OpenDocument(kLayoutPageTemplate, name, false))
+    while (framework::Document* window = OpenDocumentNamed(kLayoutPageTemplate, name, false))
         window->OnCloseDocument();
     auto& layouts = records_.qlt_file.layouts;
     const auto found = std::find_if(layouts.begin(), layouts.end(),
@@ -373,7 +357,7 @@ bool CQuilletDoc::ReplaceObject(const std::string& old_name,
             if (piece.object_id == old_name) piece.object_id = new_name;
         }
     }
-    for (framework::Document* window : DocumentsOf(kLayoutPageTemplate))
+    for (framework::Document* window : OpenDocumentsOf(kLayoutPageTemplate))
         window->UpdateAllViews(nullptr);
     ChangeMade();
     return true;

@@ -5,20 +5,9 @@
 #include "framework/Application.h"
 #include "framework/View.h"
 #include "layout/LayoutPageDoc.h"
+#include "open_documents.h"
 #include "piece_files.h"
 #include "report.h"
-
-namespace {
-
-constexpr size_t kLayoutPageTemplate = 2;
-
-std::vector<framework::Document*> LayoutDocuments() {
-    const framework::Application* application = framework::Application::Instance();
-    if (application == nullptr || application->Templates().size() <= kLayoutPageTemplate) return {};
-    return application->Templates()[kLayoutPageTemplate]->GetDocuments();
-}
-
-}  // namespace
 
 void CQuilletDoc::PieceChanged(bool snapshot) {
     SetModifiedFlag(true);
@@ -34,7 +23,7 @@ LPAGE& CQuilletDoc::FindLayout(const std::string& name) {
 }
 
 framework::Document* CQuilletDoc::OpenLayout(const std::string& name) {
-    for (framework::Document* page : LayoutDocuments()) {
+    for (framework::Document* page : OpenDocumentsOf(kLayoutPageTemplate)) {
         if (page->GetTitle() != name) continue;
         if (framework::View* view = page->GetFirstView()) view->ActivateFrame();
         App().SetActiveDocument(page);
@@ -70,7 +59,7 @@ void CQuilletDoc::CopyLayout(const std::string& source, const std::string& new_n
     target.AssignFrom(copy);
     target.name = new_name;
     SetModifiedFlag(true);
-    for (framework::Document* page : LayoutDocuments()) {
+    for (framework::Document* page : OpenDocumentsOf(kLayoutPageTemplate)) {
         if (page->GetTitle() == new_name) page->UpdateAllViews(nullptr);
     }
 }
