@@ -151,6 +151,12 @@ TEST(LogFileTest, LogsNamingOneFileShareItsWriter) {
     format = saved;
 }
 
+TEST(LogFormatTest, DebuggerTextIsCutAt512Bytes) {
+    testing::internal::CaptureStderr();
+    Core::Detail::debug_printf("%s", std::string(600, 'x').c_str());
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), std::string(511, 'x'));
+}
+
 TEST(LogLineTest, ALineBelowTheLevelIsNeverBuilt) {
     int built = 0;
     auto text = [&built] {
