@@ -13,7 +13,9 @@ struct TreeNode {
     bool is_record = false;  // a record of the project, not a fixed node or folder
 };
 
-// The top-level nodes of the project window, in their fixed order.
+// The top-level nodes of the project window, in their fixed order, with every record of the
+// project below them: pages in their folders with their regions, fonts, movies, objects by
+// kind, and the menus with their paths and pieces.
 std::vector<TreeNode> BuildWorkspaceTree(const CQuilletDoc& project);
 
 // "Dimensions: %dx%d"
