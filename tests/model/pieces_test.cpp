@@ -9,11 +9,15 @@ const std::string kPage =
     "<region>bar\n<left>16</left>\n<top>0</top>\n<right>24</right>\n<bottom>100</bottom>\n</"
     "region>\n"
     "<region>flat\n<left>0</left>\n<top>0</top>\n<right>0</right>\n<bottom>10</bottom>\n</region>\n"
+    "<region>vast\n<left>-2147483648</left>\n<top>0</top>\n<right>2147483647</right>\n"
+    "<bottom>10</bottom>\n</region>\n"
     "</texture>\n"
     "<UI object>bar_art\n<type>art</type>\n<UI region>art\n<page>parts.tga</page>\n"
     "<region>bar</region>\n</UI region>\n</UI object>\n"
     "<UI object>flat_art\n<type>art</type>\n<UI region>art\n<page>parts.tga</page>\n"
-    "<region>flat</region>\n</UI region>\n</UI object>\n";
+    "<region>flat</region>\n</UI region>\n</UI object>\n"
+    "<UI object>vast_art\n<type>art</type>\n<UI region>art\n<page>parts.tga</page>\n"
+    "<region>vast</region>\n</UI region>\n</UI object>\n";
 
 std::string Layout(const std::string& pieces) {
     return "<layout>\n<layout_width>800</layout_width>\n<layout_height>600</layout_height>\n"
@@ -106,12 +110,17 @@ TEST_F(PiecesTest, BrokenPiecesAreDroppedAndOddObjectsStaySafe) {
         "<UI piece>flat\n<identifier>i</identifier>\n<Parameters>\n<x>0</x>\n<y>0</y>\n"
         "<width>5</width>\n<height>5</height>\n</Parameters>\n<object_id>flat_art</object_id>\n"
         "</UI piece>\n";
-    Load(Piece("bad", "<unknown>1</unknown>\n") + flat);
+    std::string vast = flat;
+    vast.replace(vast.find("flat"), 4, "vast");
+    vast.replace(vast.find("flat_art"), 8, "vast_art");
+    Load(Piece("bad", "<unknown>1</unknown>\n") + flat + vast);
     EXPECT_FALSE(Main().PieceExists("bad"));
     const UI_PIECE& piece = Main().FindPiece("flat");
     EXPECT_TRUE(std::isinf(piece.scale_x));  // a natural width of 0
     EXPECT_FLOAT_EQ(piece.scale_y, 0.5f);
     EXPECT_EQ(PieceRect(piece).right, INT32_MIN);
+    // Edges a whole int32 apart: the width wraps to -1 rather than overflowing.
+    EXPECT_EQ(project->FindObject("vast_art").NaturalBounds(), (PageRect{0, 0, -1, 10}));
     EXPECT_NO_THROW(Saved());
 }
 
