@@ -20,9 +20,13 @@ struct Destroy {
 };
 using OwnedImage = std::unique_ptr<Core::Image, Destroy>;
 
+// A region of a demo page and how it is painted: a gradient from `top` to `bottom`, or for
+// icons a disc of `top`.
 struct Art {
     std::string name;
     PageRect rect;
+    Core::Colour top;
+    Core::Colour bottom;
 };
 
 uint8_t Mix(uint8_t a, uint8_t b, int32_t at, int32_t of) {
@@ -67,49 +71,38 @@ void Disc(Core::Image& page, const PageRect& r, Core::Colour colour) {
 }
 
 const std::vector<Art> kMenuArt = {
-    {"button_up", {0, 0, 96, 32}},      {"button_over", {0, 32, 96, 64}},
-    {"button_down", {0, 64, 96, 96}},   {"check_off", {96, 0, 120, 24}},
-    {"check_over", {96, 24, 120, 48}},  {"check_on", {96, 48, 120, 72}},
-    {"check_set", {96, 72, 120, 96}},   {"panel", {0, 96, 128, 224}},
-    {"slider_bar", {128, 0, 140, 128}}, {"slider_thumb", {140, 0, 156, 24}},
-    {"arrow_up", {140, 24, 156, 40}},   {"arrow_down", {140, 40, 156, 56}},
-    {"list_frame", {160, 0, 256, 160}},
+    {"button_up", {0, 0, 96, 32}, {200, 140, 60, 255}, {120, 70, 20, 255}},
+    {"button_over", {0, 32, 96, 64}, {240, 190, 100, 255}, {160, 100, 40, 255}},
+    {"button_down", {0, 64, 96, 96}, {110, 60, 20, 255}, {190, 130, 60, 255}},
+    {"check_off", {96, 0, 120, 24}, {90, 90, 90, 255}, {50, 50, 50, 255}},
+    {"check_over", {96, 24, 120, 48}, {140, 140, 140, 255}, {80, 80, 80, 255}},
+    {"check_on", {96, 48, 120, 72}, {60, 180, 60, 255}, {30, 100, 30, 255}},
+    {"check_set", {96, 72, 120, 96}, {100, 220, 100, 255}, {50, 140, 50, 255}},
+    {"panel", {0, 96, 128, 224}, {70, 50, 40, 230}, {40, 25, 20, 230}},
+    {"slider_bar", {128, 0, 140, 128}, {60, 60, 60, 255}, {90, 90, 90, 255}},
+    {"slider_thumb", {140, 0, 156, 24}, {220, 220, 220, 255}, {150, 150, 150, 255}},
+    {"arrow_up", {140, 24, 156, 40}, {180, 180, 180, 255}, {120, 120, 120, 255}},
+    {"arrow_down", {140, 40, 156, 56}, {120, 120, 120, 255}, {180, 180, 180, 255}},
+    {"list_frame", {160, 0, 256, 160}, {50, 40, 35, 255}, {30, 25, 20, 255}},
 };
 
 const std::vector<Art> kIconArt = {
-    {"icon_sound", {0, 0, 32, 32}},
-    {"icon_video", {32, 0, 64, 32}},
-    {"icon_quit", {0, 32, 32, 64}},
+    {"icon_sound", {0, 0, 32, 32}, {40, 200, 240, 255}, {}},
+    {"icon_video", {32, 0, 64, 32}, {240, 120, 40, 255}, {}},
+    {"icon_quit", {0, 32, 32, 64}, {40, 40, 220, 255}, {}},
 };
 
 bool DrawMenuPage(const std::string& path) {
     OwnedImage page(Core::create_image(256, 256, Core::PIXEL_FORMAT_8888));
-    const auto gradient = [&](const char* name, Core::Colour top, Core::Colour bottom) {
-        for (const Art& art : kMenuArt) {
-            if (art.name == name) Panel(*page, art.rect, top, bottom);
-        }
-    };
-    gradient("button_up", {200, 140, 60, 255}, {120, 70, 20, 255});
-    gradient("button_over", {240, 190, 100, 255}, {160, 100, 40, 255});
-    gradient("button_down", {110, 60, 20, 255}, {190, 130, 60, 255});
-    gradient("check_off", {90, 90, 90, 255}, {50, 50, 50, 255});
-    gradient("check_over", {140, 140, 140, 255}, {80, 80, 80, 255});
-    gradient("check_on", {60, 180, 60, 255}, {30, 100, 30, 255});
-    gradient("check_set", {100, 220, 100, 255}, {50, 140, 50, 255});
-    gradient("panel", {70, 50, 40, 230}, {40, 25, 20, 230});
-    gradient("slider_bar", {60, 60, 60, 255}, {90, 90, 90, 255});
-    gradient("slider_thumb", {220, 220, 220, 255}, {150, 150, 150, 255});
-    gradient("arrow_up", {180, 180, 180, 255}, {120, 120, 120, 255});
-    gradient("arrow_down", {120, 120, 120, 255}, {180, 180, 180, 255});
-    gradient("list_frame", {50, 40, 35, 255}, {30, 25, 20, 255});
+    for (const Art& art : kMenuArt)
+        Panel(*page, art.rect, art.top, art.bottom);
     return Core::save_tga(*page, path.c_str(), Core::PIXEL_FORMAT_8888);
 }
 
 bool DrawIconPage(const std::string& path) {
     OwnedImage page(Core::create_image(64, 64, Core::PIXEL_FORMAT_8888));
-    Disc(*page, kIconArt[0].rect, {40, 200, 240, 255});
-    Disc(*page, kIconArt[1].rect, {240, 120, 40, 255});
-    Disc(*page, kIconArt[2].rect, {40, 40, 220, 255});
+    for (const Art& art : kIconArt)
+        Disc(*page, art.rect, art.top);
     return Core::save_tga(*page, path.c_str(), Core::PIXEL_FORMAT_8888);
 }
 
