@@ -14,16 +14,22 @@ Archive Archive::ForStoring(std::string path) {
 }
 
 bool Archive::ReadString(std::string& line) {
+    std::string_view text;
+    const bool read = ReadLine(text);
+    line.assign(text);
+    return read;
+}
+
+bool Archive::ReadLine(std::string_view& line) {
     if (AtEnd()) {
-        line.clear();
+        line = {};
         return false;
     }
     const size_t end = input_.find('\n', position_);
     const size_t stop = end == std::string_view::npos ? input_.size() : end;
-    std::string_view text = input_.substr(position_, stop - position_);
-    if (end != std::string_view::npos && !text.empty() && text.back() == '\r')
-        text.remove_suffix(1);
-    line.assign(text);
+    line = input_.substr(position_, stop - position_);
+    if (end != std::string_view::npos && !line.empty() && line.back() == '\r')
+        line.remove_suffix(1);
     position_ = end == std::string_view::npos ? input_.size() : end + 1;
     ++line_number_;
     return true;

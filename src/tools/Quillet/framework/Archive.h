@@ -27,6 +27,8 @@ public:
     // Reads the next line into `line`. A line ends at LF; one CR before the LF is dropped;
     // a last line without LF counts. At the end `line` is emptied and the answer is false.
     bool ReadString(std::string& line);
+    // ReadString without a copy: `line` views the archive's input, valid while it lives.
+    bool ReadLine(std::string_view& line);
     // True when every line has been read.
     bool AtEnd() const { return position_ >= input_.size(); }
     // How many lines have been read so far: the number of the line in hand, from 1.

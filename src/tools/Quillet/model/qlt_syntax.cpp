@@ -18,15 +18,12 @@ bool IsTrimmed(char c) {
     return c == ' ' || c == '\t' || c == '\n';
 }
 
-void Trim(std::string& line) {
-    size_t end = line.size();
-    while (end > 0 && IsTrimmed(line[end - 1]))
-        --end;
-    size_t start = 0;
-    while (start < end && IsTrimmed(line[start]))
-        ++start;
-    line.erase(end);
-    line.erase(0, start);
+std::string_view Trimmed(std::string_view line) {
+    while (!line.empty() && IsTrimmed(line.back()))
+        line.remove_suffix(1);
+    while (!line.empty() && IsTrimmed(line.front()))
+        line.remove_prefix(1);
+    return line;
 }
 
 bool IsScanSpace(unsigned char c) {
@@ -74,9 +71,14 @@ std::string FormatInt(int32_t value) {
     return std::to_string(value);
 }
 
+std::string_view ReadTrimmedView(Archive& archive) {
+    std::string_view line;
+    archive.ReadLine(line);
+    return Trimmed(line);
+}
+
 void ReadTrimmedLine(Archive& archive, std::string& line) {
-    archive.ReadString(line);
-    Trim(line);
+    line.assign(ReadTrimmedView(archive));
 }
 
 void ReadAwaitedLine(Archive& archive, std::string& line) {
@@ -111,11 +113,6 @@ bool TagValue(std::string_view line, std::string_view open, std::string_view clo
     if (!TagValue(line, open, close, view)) return false;
     value.assign(view);
     return true;
-}
-
-std::string& ScratchLine() {
-    static thread_local std::string line;
-    return line;
 }
 
 bool BeginsWith(const std::string& line, std::string_view tag) {

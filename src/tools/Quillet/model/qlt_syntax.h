@@ -29,6 +29,8 @@ std::string FormatInt(int32_t value);
 // Reads the next line and trims spaces, tabs and line feeds from both ends. At the end of
 // the file the line is empty.
 void ReadTrimmedLine(Archive& archive, std::string& line);
+// The same line as a view of the archive's input, valid while that input lives.
+std::string_view ReadTrimmedView(Archive& archive);
 // ReadTrimmedLine for a reader that waits for a close line: at the end of the file it
 // throws UNEXPECTED_END_OF_FILE instead of handing out empty lines for ever.
 void ReadAwaitedLine(Archive& archive, std::string& line);
@@ -54,16 +56,12 @@ int ScanInt(std::string_view text, int32_t& value);
 // BAD_TAG, an empty one leaves `value` as it was.
 void ReadIntValue(std::string_view text, int32_t& value);
 
-// The next line as `open VALUE close`, trimmed; a wrong line throws `WrongLine`.
-// The line buffer that tag reads share: most lines are longer than a short string holds.
-std::string& ScratchLine();
-
+// The next line as `open VALUE close`, trimmed; a wrong line throws `WrongLine`. The value
+// views the archive's input.
 template <typename WrongLine>
 std::string_view ReadTaggedView(Archive& archive, std::string_view open, std::string_view close) {
-    std::string& line = ScratchLine();
-    ReadTrimmedLine(archive, line);
     std::string_view value;
-    if (!TagValue(line, open, close, value)) throw WrongLine();
+    if (!TagValue(ReadTrimmedView(archive), open, close, value)) throw WrongLine();
     return value;
 }
 
