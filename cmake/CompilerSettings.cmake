@@ -5,9 +5,11 @@ add_compile_options(
   -Werror -ffp-contract=off)
 
 # GCC 12 reports -Wrestrict inside libstdc++'s string concatenation at -O3, where nothing
-# overlaps (GCC bug 105329). It is a false alarm in the library, not in our code.
+# overlaps (GCC bug 105329), and at link-time optimisation an impossible allocation size
+# inside Qt's QHash rehash. Both are false alarms in library headers, not in our code.
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
   add_compile_options(-Wno-restrict)
+  add_link_options(-Wno-alloc-size-larger-than)
 endif()
 
 if(QUILLET_SANITIZE)
