@@ -1,8 +1,9 @@
 // Runs quillet-cli on every folder of e2e/ and compares what it wrote with what is expected.
 //
 // A folder holds `command` (the arguments; {in} is the folder, {out} a fresh folder),
-// optionally `exit` (the expected exit code, 0 if absent), `stdout` and `stderr` (the
-// expected output), and `expected/` with the files that must appear in {out}, byte for byte.
+// optionally `input/` (files copied into {out} first, for commands that change files in
+// place), `exit` (the expected exit code, 0 if absent), `stdout` and `stderr` (the expected
+// output), and `expected/` with the files that must appear in {out}, byte for byte.
 // On a mismatch the actual output is written beside the expected one as NAME.actual.
 #include <gtest/gtest.h>
 #include <sys/wait.h>
@@ -45,6 +46,7 @@ class GoldenTest : public testing::TestWithParam<std::string> {};
 TEST_P(GoldenTest, Matches) {
     const fs::path folder = fs::path(GOLDEN_DIR) / GetParam();
     TempDir out;
+    if (fs::exists(folder / "input")) fs::copy(folder / "input", out.Path());
     const std::string arguments = Substitute(
         Substitute(Trimmed(ReadFile((folder / "command").string())), "{in}", folder.string()),
         "{out}", out.Path().string());
@@ -61,6 +63,7 @@ TEST_P(GoldenTest, Matches) {
     const std::string errors = Substitute(Substitute(ReadFile(error_file), folder.string(), "{in}"),
                                           out.Path().string(), "{out}");
     if (fs::exists(folder / "stderr")) ExpectSame(folder / "stderr", errors);
+    if (fs::exists(folder / "stdout")) ExpectSame(folder / "stdout", ReadFile(output_file));
     if (!fs::exists(folder / "expected")) return;
     for (const auto& entry : fs::directory_iterator(folder / "expected")) {
         if (entry.path().extension() == ".actual") continue;

@@ -56,4 +56,18 @@ TEST_F(WorkspaceTreeTest, RecordsStandInFoldersAndSortedOrder) {
             "        Textures\n          Menus\n        FMVs\n      Pieces\n");
 }
 
+
+TEST_F(WorkspaceTreeTest, OpeningANodeOpensTheMenuItStandsFor) {
+    Start();
+    CQuilletDoc* project = Open("ui.qlt", ProjectOfWidth(800));
+    ASSERT_TRUE(project->CreateLayout("Main"));
+    for (framework::Document* page : app.Templates()[2]->GetDocuments())
+        page->OnCloseDocument();
+    EXPECT_FALSE(OpenWorkspaceItem(*project, {"Layouts", "Menus"}));
+    EXPECT_FALSE(OpenWorkspaceItem(*project, {"Textures", "/nowhere.tga"}));
+    EXPECT_TRUE(OpenWorkspaceItem(*project, {"Layouts", "Menus", "Main"}));
+    ASSERT_EQ(app.Templates()[2]->GetDocuments().size(), 1u);
+    EXPECT_EQ(app.Templates()[2]->GetDocuments()[0]->GetTitle(), "Main");
+}
+
 }  // namespace

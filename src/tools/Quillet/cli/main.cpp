@@ -8,6 +8,7 @@
 #include "DemoProject.h"
 #include "QltCommands.h"
 #include "TgaCommands.h"
+#include "TileCommand.h"
 
 namespace {
 
@@ -23,6 +24,7 @@ const std::vector<Command>& Commands() {
         {"qlt", "roundtrip", "qlt roundtrip IN OUT", RunQltRoundtrip},
         {"tga", "info", "tga info FILE", RunTgaInfo},
         {"tga", "convert", "tga convert IN OUT FORMAT", RunTgaConvert},
+        {"tile", "", "tile PROJECT.qlt PAGE ORDER [SPACING]", RunTile},
         {"demo", "", "demo DIR", RunDemo},
     };
     return commands;

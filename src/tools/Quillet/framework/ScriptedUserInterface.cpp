@@ -1,5 +1,7 @@
 #include "ScriptedUserInterface.h"
 
+#include "Form.h"
+
 namespace framework {
 
 Answer ScriptedUserInterface::MessageBox(const std::string& text, const std::string& caption,
@@ -27,6 +29,31 @@ std::optional<std::string> ScriptedUserInterface::AskOpenFileName(
 std::optional<std::string> ScriptedUserInterface::AskSaveFileName(
     const FileDialogRequest& request) {
     return NextFileName(request);
+}
+
+std::vector<std::string> ScriptedUserInterface::AskOpenFileNames(const FileDialogRequest& request) {
+    file_requests.push_back(request);
+    if (file_lists.empty()) return {};
+    std::vector<std::string> names = std::move(file_lists.front());
+    file_lists.pop_front();
+    return names;
+}
+
+std::optional<Rgb> ScriptedUserInterface::AskColour(const Rgb& /*initial*/) {
+    if (colours.empty()) return std::nullopt;
+    const std::optional<Rgb> colour = colours.front();
+    colours.pop_front();
+    return colour;
+}
+
+bool ScriptedUserInterface::RunForm(Form& form) {
+    while (!forms.empty()) {
+        const std::function<bool(Form&)> person = std::move(forms.front());
+        forms.pop_front();
+        if (!person(form)) return false;
+        if (form.OnOk(*this)) return true;
+    }
+    return false;
 }
 
 }  // namespace framework

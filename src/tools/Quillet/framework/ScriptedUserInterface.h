@@ -3,6 +3,7 @@
 #pragma once
 
 #include <deque>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -25,6 +26,14 @@ public:
     std::deque<Answer> answers;
     // Answers for the next file pickers; nothing means Cancel. Empty queue: Cancel.
     std::deque<std::optional<std::string>> file_names;
+    // Answers for the next multiple-file pickers; an empty list means Cancel.
+    std::deque<std::vector<std::string>> file_lists;
+    // Answers for the next colour pickers; nothing means Cancel. Empty queue: Cancel.
+    std::deque<std::optional<Rgb>> colours;
+    // The person at the next dialogs: each entry fills the form's fields and answers true for
+    // OK, false for Cancel. A dialog whose OK fails its checks takes the next entry, as the
+    // dialog stays open; with the queue empty it is cancelled.
+    std::deque<std::function<bool(Form&)>> forms;
 
     std::vector<RecordedBox> boxes;
     std::vector<FileDialogRequest> file_requests;
@@ -34,6 +43,9 @@ public:
                       MessageButtons buttons) override;
     std::optional<std::string> AskOpenFileName(const FileDialogRequest& request) override;
     std::optional<std::string> AskSaveFileName(const FileDialogRequest& request) override;
+    std::vector<std::string> AskOpenFileNames(const FileDialogRequest& request) override;
+    std::optional<Rgb> AskColour(const Rgb& initial) override;
+    bool RunForm(Form& form) override;
     void BeginWaitCursor() override { ++wait_cursor_depth; }
     void EndWaitCursor() override { --wait_cursor_depth; }
 

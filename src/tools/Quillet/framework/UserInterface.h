@@ -4,8 +4,10 @@
 // ScriptedUserInterface. No code outside the Qt implementation opens a dialog itself.
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace framework {
 
@@ -23,6 +25,15 @@ struct FileDialogRequest {
     std::string initial_path;
 };
 
+struct Rgb {
+    uint8_t red = 0;
+    uint8_t green = 0;
+    uint8_t blue = 0;
+    friend bool operator==(const Rgb&, const Rgb&) = default;
+};
+
+class Form;
+
 class UserInterface {
 public:
     virtual ~UserInterface() = default;
@@ -32,6 +43,13 @@ public:
     // The chosen path, or nothing when the person cancelled.
     virtual std::optional<std::string> AskOpenFileName(const FileDialogRequest& request) = 0;
     virtual std::optional<std::string> AskSaveFileName(const FileDialogRequest& request) = 0;
+    // Several files at once; empty when the person cancelled.
+    virtual std::vector<std::string> AskOpenFileNames(const FileDialogRequest& request) = 0;
+    // A colour, starting from `initial`; nothing when the person cancelled.
+    virtual std::optional<Rgb> AskColour(const Rgb& initial) = 0;
+    // Shows the form's dialog until OK passes the form's checks (true) or the person
+    // cancels (false).
+    virtual bool RunForm(Form& form) = 0;
 
     virtual void BeginWaitCursor() = 0;
     virtual void EndWaitCursor() = 0;

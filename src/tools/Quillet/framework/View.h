@@ -18,6 +18,9 @@ public:
     virtual void OnDocumentStatusChanged() {}
     // Brings the view's window to the front.
     virtual void ActivateFrame() {}
+    // The person closes the view's window, and the document with it: the view's last word
+    // while both still stand.
+    virtual void OnCloseWindow() {}
     // The document is closing: the view lets go of it and its window goes away. After this
     // call the view must not touch the document again.
     virtual void CloseFrame() = 0;

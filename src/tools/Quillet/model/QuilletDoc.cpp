@@ -9,6 +9,7 @@
 #include "open_documents.h"
 #include "qlt_errors.h"
 #include "qlt_paths.h"
+#include "texture/TexturePageDoc.h"
 
 CQuilletDoc* GetProjectDoc() {
     const std::vector<framework::Document*> projects = OpenDocumentsOf(kProjectTemplate);
@@ -22,6 +23,9 @@ bool CloseCurrentProject() {
     application.CloseAllDocuments();
     return true;
 }
+
+CQuilletDoc::CQuilletDoc() = default;
+CQuilletDoc::~CQuilletDoc() = default;
 
 void CQuilletDoc::Serialize(framework::Archive& archive) {
     framework::WaitCursor wait(App().UI());
@@ -98,7 +102,7 @@ bool CQuilletDoc::OnOpenDocument(const std::string& path) {
 }
 
 bool CQuilletDoc::OnSaveDocument(const std::string& path) {
-    if (!Document::OnSaveDocument(path)) return false;
+    if (!WriteChangedPages() || !Document::OnSaveDocument(path)) return false;
     ClearAllModified();
     return true;
 }

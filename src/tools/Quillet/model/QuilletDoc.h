@@ -13,15 +13,23 @@
 #include "framework/Document.h"
 #include "project_records.h"
 
+struct PageOutput;
+class CTexturePageDoc;
+struct TextureDialogData;
+
 class CQuilletDoc : public framework::Document, public SnapshotUndo, public RecordLookup {
 public:
+    CQuilletDoc();
+    ~CQuilletDoc() override;
+
     void Serialize(framework::Archive& archive) override;
     // Removes the UI objects, and nothing else: a load appends to the rest.
     void DeleteContents() override;
     // Loads the file, then takes the first snapshot, the first state Undo returns to.
     bool OnOpenDocument(const std::string& path) override;
-    // Writes the file; only a real save clears the modified flags of the project and its
-    // open pages.
+    // Writes every texture page with changes, then the file; only a real save clears the
+    // modified flags of the project and its open pages. A page that cannot be written stops
+    // the save before the project file is touched.
     bool OnSaveDocument(const std::string& path) override;
 
     // Records the present state for Undo. Neither saves nor clears any modified flag.
@@ -47,6 +55,19 @@ public:
     // The picture of a region while its page is edited; false without one.
     bool RegionImage(const std::string& path, const std::string& name, Core::Image*& image);
     bool SetTextureFolder(const std::string& path, const std::string& folder);
+    // The window of a page, brought forward or opened; null when the project has no such page
+    // or its file is not a picture (told in a box; the page stays in the project).
+    CTexturePageDoc* OpenTexture(const std::string& path);
+    // Adds a page of an existing file and opens it; false (and the page opened) when the
+    // project has it already.
+    bool AddExistingTexture(const std::string& path);
+    // Adds a new page of the dialog's size and format, writes its file and opens it; a page
+    // the project has already is opened instead.
+    CTexturePageDoc* CreateNewTexture(const std::string& path, const TextureDialogData& data);
+    // A page whose window closed with changes: written at the next save, or taken back when
+    // the page opens again.
+    void KeepPageOutput(PageOutput&& output);
+    std::unique_ptr<PageOutput> TakePageOutput(const std::string& path);
     // Adds a region to a page; a region of that name on the page is replaced.
     void AddRegion(const std::string& path, const std::string& name, const PageRect& rect,
                    Core::Image* image);
@@ -168,7 +189,11 @@ private:
     void PieceChanged(bool snapshot);
     void StepAndRefresh(bool (SnapshotUndo::*step)());
 
+    // Writes the pages kept from closed windows and those of open windows with changes.
+    bool WriteChangedPages();
+
     ProjectRecords records_;
+    std::vector<std::unique_ptr<PageOutput>> kept_pages_;
 };
 
 // The open project, or null.

@@ -3,6 +3,7 @@
 #include <optional>
 
 #include "QuilletDoc.h"
+#include "texture/TexturePageDoc.h"
 #include "framework/Application.h"
 #include "layout/LayoutPageDoc.h"
 #include "open_documents.h"
@@ -202,9 +203,11 @@ bool CQuilletDoc::DeleteTexturePage(const std::string& path) {
             window->UpdateAllViews(nullptr);
         }
     }
-    if (all_gone)
+    if (all_gone) {
         std::erase_if(records_.texture_pages,
                       [&path](const TPAGE& page) { return page.path == path; });
+        TakePageOutput(path);  // a page added again later starts from its file
+    }
     SetModifiedFlag(true);
     TakeSnapshot();
     return all_gone;

@@ -9,3 +9,8 @@ bool IsValidIdentifier(const std::string& text);
 
 // Names of records hold at most this many characters (the dialogs enforce it).
 constexpr size_t kMaxNameLength = 32;
+
+// What a box says of a name that fails the test.
+inline constexpr const char* kInvalidIdentifierText =
+    "Please use a valid C identifier:\n\nNo spaces or tab characters\nStart with a letter\n"
+    "Only use letters, numbers and the underscore character.";

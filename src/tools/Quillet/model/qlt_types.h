@@ -15,6 +15,12 @@ struct ImageDeleter {
 };
 using ImagePtr = std::unique_ptr<Core::Image, ImageDeleter>;
 
+struct Point {
+    int32_t x = 0;
+    int32_t y = 0;
+    friend bool operator==(const Point&, const Point&) = default;
+};
+
 // A rectangle in page pixels; right and bottom are exclusive.
 struct PageRect {
     int32_t left = 0;

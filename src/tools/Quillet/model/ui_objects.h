@@ -55,11 +55,6 @@ PageRect RegionRectOf(const UI_REGION& region);
 // The object `name` the same way; null when there is none.
 const UI_OBJECT* ObjectNamed(const std::string& name);
 
-struct Point {
-    int32_t x = 0;
-    int32_t y = 0;
-};
-
 class UI_OBJECT {
 public:
     explicit UI_OBJECT(std::string object_name) : name_(std::move(object_name)) {}

@@ -1,10 +1,12 @@
 #include "QtUserInterface.h"
 
 #include <QApplication>
+#include <QColorDialog>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QMessageBox>
 
+#include "FormDialogs.h"
 #include "QtText.h"
 
 namespace {
@@ -98,6 +100,31 @@ std::optional<std::string> QtUserInterface::AskSaveFileName(
     if (path.isEmpty()) return std::nullopt;
     if (QFileInfo(path).suffix().isEmpty()) path += ToQString(request.default_extension);
     return PathFromQString(path);
+}
+
+std::vector<std::string> QtUserInterface::AskOpenFileNames(
+    const framework::FileDialogRequest& request) {
+    ReleaseMouse();
+    std::vector<std::string> paths;
+    for (const QString& path :
+         QFileDialog::getOpenFileNames(parent_, ToQString(request.title),
+                                       PathToQString(request.initial_path), FilterText(request)))
+        paths.push_back(PathFromQString(path));
+    return paths;
+}
+
+std::optional<framework::Rgb> QtUserInterface::AskColour(const framework::Rgb& initial) {
+    ReleaseMouse();
+    const QColor chosen =
+        QColorDialog::getColor(QColor(initial.red, initial.green, initial.blue), parent_);
+    if (!chosen.isValid()) return std::nullopt;
+    return framework::Rgb{static_cast<uint8_t>(chosen.red()), static_cast<uint8_t>(chosen.green()),
+                          static_cast<uint8_t>(chosen.blue())};
+}
+
+bool QtUserInterface::RunForm(framework::Form& form) {
+    ReleaseMouse();
+    return RunFormDialog(form, *this, parent_);
 }
 
 void QtUserInterface::BeginWaitCursor() {

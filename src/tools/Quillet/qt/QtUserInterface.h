@@ -17,6 +17,9 @@ public:
         const framework::FileDialogRequest& request) override;
     std::optional<std::string> AskSaveFileName(
         const framework::FileDialogRequest& request) override;
+    std::vector<std::string> AskOpenFileNames(const framework::FileDialogRequest& request) override;
+    std::optional<framework::Rgb> AskColour(const framework::Rgb& initial) override;
+    bool RunForm(framework::Form& form) override;
     void BeginWaitCursor() override;
     void EndWaitCursor() override;
 

@@ -17,6 +17,25 @@ constexpr int kWindowCascade = 57650;
 constexpr int kWindowTile = 57651;
 constexpr int kAppAbout = 57664;
 constexpr int kAppExit = 57665;
+// The texture page window.
+constexpr int kZoomIn = 32778;
+constexpr int kZoomOut = 32779;
+constexpr int kImportRegions = 32799;
+constexpr int kClearSpace = 32800;
+constexpr int kTileByHeightThenWidth = 32804;
+constexpr int kTileByArea = 32805;
+constexpr int kTileByWidthThenHeight = 32806;
+constexpr int kTileByCircumference = 32807;
+constexpr int kTileBestFit = 32808;
+constexpr int kSpacing1 = 32811;
+constexpr int kSpacing2 = 32812;
+constexpr int kSpacing3 = 32813;
+constexpr int kSpacing0 = 32814;
+constexpr int kCopyOutsideToNew = 32819;
+constexpr int kCopyOutsideToExisting = 32820;
+constexpr int kSelectUnusedColour = 32892;
+constexpr int kResizePage = 32897;
+
 constexpr int kViewToolbar = 59392;
 constexpr int kViewStatusBar = 59393;
 

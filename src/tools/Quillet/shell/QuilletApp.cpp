@@ -97,14 +97,16 @@ std::string CQuilletApp::FindFileToReopen() const {
 }
 
 bool CQuilletApp::SaveAllModified() {
-    const CQuilletDoc* project = GetProjectDoc();
-    if (project != nullptr && project->IsModified()) {
-        for (size_t index = 1; index < Templates().size(); ++index) {
-            for (framework::Document* page : Templates()[index]->GetDocuments())
-                page->SetModifiedFlag(false);
+    CQuilletDoc* project = GetProjectDoc();
+    if (project == nullptr) return Application::SaveAllModified();
+    // Page windows show the project: the person is asked once, for the project, and saving
+    // it writes the changed pages with it.
+    for (size_t index = 1; index < Templates().size(); ++index) {
+        for (const framework::Document* page : Templates()[index]->GetDocuments()) {
+            if (page->IsModified()) project->SetModifiedFlag(true);
         }
     }
-    return Application::SaveAllModified();
+    return project->SaveModified();
 }
 
 void CQuilletApp::AddToRecentFileList(const std::string& path) {

@@ -32,7 +32,7 @@ public:
     // Runs the stop: the settings are stored and the core services shut down.
     void ExitInstance();
 
-    // Asks once, for the project alone: page documents lose their modified flags first.
+    // Asks once, for the project alone, which counts as changed when any page window is.
     bool SaveAllModified() override;
     // Only non-empty names that end in ".qlt" (case-sensitive) enter the list.
     void AddToRecentFileList(const std::string& path) override;

@@ -129,3 +129,17 @@ std::vector<TreeNode> BuildWorkspaceTree(const CQuilletDoc& project) {
     return {TexturesNode(records), FontsNode(records), FmvsNode(records), UiObjectsNode(records),
             LayoutsNode(records.qlt_file)};
 }
+
+bool OpenWorkspaceItem(CQuilletDoc& project, const std::vector<std::string>& path) {
+    if (path.size() < 2) return false;
+    const std::string& text = path.back();
+    if (path.front() == "Textures" && project.TextureExists(text)) {
+        project.OpenTexture(text);
+        return true;
+    }
+    if (path[path.size() - 2] == "Menus" && project.LayoutExists(text)) {
+        project.OpenLayout(text);
+        return true;
+    }
+    return false;
+}

@@ -20,3 +20,7 @@ std::vector<TreeNode> BuildWorkspaceTree(const CQuilletDoc& project);
 
 // "Dimensions: %dx%d"
 std::string DimensionsText(const QLT_FILE& qlt_file);
+
+// Opens the window of the record a node stands for, given the node's texts from the root
+// down: a texture page under "Textures" or a menu under "Menus". False for any other node.
+bool OpenWorkspaceItem(CQuilletDoc& project, const std::vector<std::string>& path);

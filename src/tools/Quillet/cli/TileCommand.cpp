@@ -1,0 +1,65 @@
+#include "TileCommand.h"
+
+#include <cstdio>
+#include <iostream>
+
+#include "CliUserInterface.h"
+#include "QltCommands.h"
+#include "framework/ProfileStore.h"
+#include "model/QuilletDoc.h"
+#include "model/qlt_paths.h"
+#include "shell/QuilletApp.h"
+#include "texture/TexturePageDoc.h"
+
+namespace {
+
+// A whole number up to `maximum`, all of `text`.
+bool ParseNumber(const std::string& text, unsigned long maximum, unsigned long& value) {
+    if (text.empty() || text.find_first_not_of("0123456789") != std::string::npos ||
+        text.size() > 9)
+        return false;
+    value = std::stoul(text);
+    return value <= maximum;
+}
+
+// The page's path in memory: an absolute one as it is, else as the project file's reader
+// would make it.
+std::string PagePath(const std::string& page, const std::string& project_path) {
+    if (!page.empty() && page.front() == '/') return page;
+    SetProjectBaseDir(project_path);
+    std::string path = page;
+    MakeAbsolutePath(path);
+    return path;
+}
+
+}  // namespace
+
+int RunTile(const std::vector<std::string>& arguments) {
+    unsigned long order = 0;
+    unsigned long spacing = 0;
+    if (arguments.size() < 3 || arguments.size() > 4 ||
+        !ParseNumber(arguments[2], TILE_BEST_FIT, order) ||
+        (arguments.size() == 4 && !ParseNumber(arguments[3], 0xFFFF, spacing))) {
+        std::cerr << "usage: quillet-cli tile PROJECT.qlt PAGE ORDER [SPACING]\n"
+                     "ORDER: 0 area, 1 height then width, 2 width then height, "
+                     "3 circumference, 4 best fit\n";
+        return kExitUsage;
+    }
+    CliUserInterface ui;
+    framework::MemoryProfileStore profile;
+    CQuilletApp app(ui, profile);
+    if (!app.InitInstance({}, nullptr)) return kExitFailure;
+    auto* project = dynamic_cast<CQuilletDoc*>(app.OpenDocumentFile(arguments[0]));
+    if (project == nullptr) return kExitUnreadable;
+    const std::string path = PagePath(arguments[1], project->GetPathName());
+    if (!project->TextureExists(path)) {
+        std::cerr << "The project has no texture page " << arguments[1] << '\n';
+        return kExitFailure;
+    }
+    CTexturePageDoc* page = project->OpenTexture(path);
+    if (page == nullptr) return kExitUnreadable;
+    page->CutRegions();
+    const float ratio = page->TileRegions(static_cast<int>(order), static_cast<unsigned>(spacing));
+    std::printf("Fit ratio = %.2f\n", static_cast<double>(ratio));
+    return project->DoFileSave() ? kExitOk : kExitWrite;
+}

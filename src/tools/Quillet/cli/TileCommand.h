@@ -1,0 +1,11 @@
+// `quillet-cli tile`: the texture page window's tiling commands from the command line.
+#pragma once
+
+#include <string>
+#include <vector>
+
+// tile PROJECT.qlt PAGE ORDER [SPACING]: opens page PAGE of the project (its path as the
+// project file writes it, or absolute) as the editor does, tiles it by ORDER (0 area,
+// 1 height then width, 2 width then height, 3 circumference, 4 best fit) with SPACING
+// pixels (default 0), prints the fit ratio and saves the project, which rebuilds the page.
+int RunTile(const std::vector<std::string>& arguments);
