@@ -14,11 +14,14 @@
 #include "ProjectTreeView.h"
 #include "QtProfileStore.h"
 #include "QtText.h"
+#include "TexturePageWindow.h"
+#include "model/QuilletDoc.h"
 #include "shell/CommandIds.h"
 
 namespace {
 
 constexpr int kProjectTemplate = 0;
+constexpr int kTexturePageTemplate = 1;
 
 const QString kGeometryKey = QStringLiteral("MainWindow/geometry");
 const QString kStateKey = QStringLiteral("MainWindow/state");
@@ -28,7 +31,7 @@ template <typename ViewType>
 void OpenFrame(QMdiArea& area, framework::Document& document, QSize size) {
     auto* view = new ViewType;
     document.AddView(*view);
-    auto* frame = new MdiFrame(*view, view);
+    auto* frame = new MdiFrame(*view, *view, view);
     area.addSubWindow(frame);
     frame->resize(size);
     frame->show();
@@ -72,6 +75,8 @@ framework::StatusPane* MainWindow::ShowMainFrame() {
 
 void MainWindow::SetText(const std::string& text) {
     message_pane_->setText(ToQString(text));
+    // Shown at once: long work ("Calculating...") runs before the event loop is back.
+    message_pane_->repaint();
 }
 
 QAction* MainWindow::AddCommand(QMenu* menu, int command, const QString& text,
@@ -187,6 +192,17 @@ void MainWindow::CreateFrameFactories() {
     app_.Templates()[kProjectTemplate]->SetFrameFactory([this](framework::Document& document) {
         OpenFrame<ProjectTreeView>(*mdi_area_, document, QSize(340, 560));
     });
+    app_.Templates()[kTexturePageTemplate]->SetFrameFactory([this](framework::Document& document) {
+        auto* window = new TexturePageWindow;
+        FramedView<CTexturePageView>& view = window->Page().View();
+        document.AddView(view);
+        auto* frame = new MdiFrame(view, view, window);
+        mdi_area_->addSubWindow(frame);
+        frame->resize(560, 560);
+        frame->show();
+        view.OnInitialUpdate();
+        view.OnUpdate(nullptr, 0, nullptr);
+    });
 }
 
 void MainWindow::RefreshRecentFiles() {
@@ -210,12 +226,19 @@ void MainWindow::OnFileClose() {
     if (document != nullptr && document->SaveModified()) document->OnCloseDocument();
 }
 
+framework::Document* MainWindow::DocumentToSave() const {
+    // Page windows show the project: saving any of them saves the project, which writes its
+    // pages, and Save As names the project, never a page.
+    if (CQuilletDoc* project = GetProjectDoc()) return project;
+    return ActiveDocument();
+}
+
 void MainWindow::OnFileSave() {
-    if (framework::Document* document = ActiveDocument()) document->DoFileSave();
+    if (framework::Document* document = DocumentToSave()) document->DoFileSave();
 }
 
 void MainWindow::OnFileSaveAs() {
-    if (framework::Document* document = ActiveDocument()) document->DoSave({});
+    if (framework::Document* document = DocumentToSave()) document->DoSave({});
 }
 
 void MainWindow::OnAppAbout() {

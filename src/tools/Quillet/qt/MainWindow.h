@@ -43,6 +43,7 @@ private:
     void CreateFrameFactories();
     void RefreshRecentFiles();
     framework::Document* ActiveDocument() const;
+    framework::Document* DocumentToSave() const;
 
     void OnFileClose();
     void OnFileSave();

@@ -6,23 +6,24 @@
 #include "QtText.h"
 #include "framework/Document.h"
 
-void FramedView::ActivateFrame() {
+void FrameLink::ActivateLinkedFrame() {
     if (frame_ != nullptr && frame_->mdiArea() != nullptr)
         frame_->mdiArea()->setActiveSubWindow(frame_);
 }
 
-void FramedView::CloseFrame() {
+void FrameLink::CloseLinkedFrame() {
     if (frame_ != nullptr) frame_->CloseFromDocument();
 }
 
-void FramedView::OnDocumentStatusChanged() {
+void FrameLink::UpdateLinkedTitle() {
     if (frame_ != nullptr) frame_->UpdateTitle();
 }
 
-MdiFrame::MdiFrame(FramedView& view, QWidget* widget) : view_(view) {
+MdiFrame::MdiFrame(framework::View& view, FrameLink& link, QWidget* widget)
+    : view_(view), link_(link) {
     setAttribute(Qt::WA_DeleteOnClose);
     setWidget(widget);
-    view_.SetFrame(this);
+    link_.SetFrame(this);
     UpdateTitle();
 }
 
@@ -41,12 +42,14 @@ void MdiFrame::CloseFromDocument() {
 
 void MdiFrame::closeEvent(QCloseEvent* event) {
     if (closing_) {
-        view_.SetFrame(nullptr);
+        link_.SetFrame(nullptr);
         event->accept();
         return;
     }
     // The document decides: it asks to save, and closing it closes this frame.
     event->ignore();
     framework::Document* document = view_.GetDocument();
-    if (document != nullptr && document->CanCloseFrame(view_)) document->OnCloseDocument();
+    if (document == nullptr || !document->CanCloseFrame(view_)) return;
+    view_.OnCloseWindow();
+    document->OnCloseDocument();
 }

@@ -6,11 +6,6 @@
 #include "QtText.h"
 #include "shell/WorkspaceTree.h"
 
-ProjectTreeView::ProjectTreeView() {
-    setHeaderHidden(true);
-    setRootIsDecorated(true);
-}
-
 namespace {
 
 // A node's place in the tree: the texts from the root down.
@@ -38,6 +33,20 @@ void RestoreExpanded(QTreeWidgetItem* item, const QSet<QStringList>& expanded) {
 }
 
 }  // namespace
+
+ProjectTreeView::ProjectTreeView() {
+    setHeaderHidden(true);
+    setRootIsDecorated(true);
+    // Enter or a double click opens the page or menu a node stands for.
+    connect(this, &QTreeWidget::itemActivated, this, [this](QTreeWidgetItem* item) {
+        auto* project = dynamic_cast<CQuilletDoc*>(GetDocument());
+        if (project == nullptr) return;
+        std::vector<std::string> path;
+        for (const QString& text : PathOf(item))
+            path.push_back(FromQString(text));
+        OpenWorkspaceItem(*project, path);
+    });
+}
 
 void ProjectTreeView::OnUpdate(framework::View* /*sender*/, long /*hint*/, void* /*object*/) {
     const auto* project = dynamic_cast<const CQuilletDoc*>(GetDocument());

@@ -7,7 +7,7 @@
 
 struct TreeNode;
 
-class ProjectTreeView : public QTreeWidget, public FramedView {
+class ProjectTreeView : public QTreeWidget, public FramedView<> {
     Q_OBJECT
 public:
     ProjectTreeView();

@@ -1,0 +1,69 @@
+// The texture page window: the page in a scroll area, with its toolbar above it.
+#pragma once
+
+#include <QAbstractScrollArea>
+#include <QTimer>
+#include <QWidget>
+
+#include "MdiFrame.h"
+#include "texture/TexturePageView.h"
+
+class QToolBar;
+
+// The scroll area that shows the composed page and passes the person's input to the view.
+class TexturePageWidget : public QAbstractScrollArea, public TexturePageCanvas {
+    Q_OBJECT
+public:
+    TexturePageWidget();
+
+    FramedView<CTexturePageView>& View() { return view_; }
+
+    Point ScrollPosition() const override;
+    void SetScrollSizes(int32_t width, int32_t height) override;
+    void ScrollToPosition(Point position) override;
+    void Invalidate(const PageRect& rect) override;
+    void InvalidateAll() override;
+    void PostRebuild() override;
+    // Qt keeps the mouse for the widget a button went down on, so capture asks for nothing.
+    void SetCapture() override {}
+    void ReleaseCapture() override {}
+    void SetCursor(CursorShape shape) override;
+    void StartTimer(int id, int milliseconds) override;
+    void KillTimer(int id) override;
+    void PlaceFrame(int32_t width, int32_t height) override;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void scrollContentsBy(int dx, int dy) override;
+
+private:
+    void UpdateBars();
+
+    FramedView<CTexturePageView> view_{*this};
+    QSize content_size_;
+    QTimer ants_timer_;
+    int ants_timer_id_ = 0;
+    bool rebuild_posted_ = false;
+};
+
+// The page window's content: the toolbar and the page.
+class TexturePageWindow : public QWidget {
+    Q_OBJECT
+public:
+    TexturePageWindow();
+
+    TexturePageWidget& Page() { return *page_; }
+    // The action of a command of the toolbar, or null.
+    QAction* Action(int command) const;
+
+private:
+    void FillToolBar();
+
+    QToolBar* tool_bar_ = nullptr;
+    TexturePageWidget* page_ = nullptr;
+};

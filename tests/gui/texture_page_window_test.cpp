@@ -1,0 +1,168 @@
+// The texture page window, offscreen: a page opened from the project tree, pictures imported,
+// a region dragged and nudged with the real mouse and keys, the page tiled, saved and
+// opened again.
+#include <QAction>
+#include <QApplication>
+#include <QStandardPaths>
+#include <QTest>
+#include <QTreeWidget>
+
+#include "TempDir.h"
+#include "core_images.h"
+#include "core_tga.h"
+#include "forms/ImportRegionForm.h"
+#include "framework/ScriptedUserInterface.h"
+#include "model/QuilletDoc.h"
+#include "qt/MainWindow.h"
+#include "qt/MdiFrame.h"
+#include "qt/QtProfileStore.h"
+#include "qt/TexturePageWindow.h"
+#include "shell/CommandIds.h"
+
+namespace {
+
+const std::string kProject =
+    "<version>1.01</version>\r\n<texture>page.tga\r\n</texture>\r\n<layout>\r\n"
+    "  <layout_width>800</layout_width>\r\n  <layout_height>600</layout_height>\r\n"
+    "  <piece_types_fname></piece_types_fname>\r\n  <piece_texts_fname></piece_texts_fname>\r\n"
+    "</layout>\r\n";
+
+// Pixel (x, y) of picture `tag`: blue x, green y, red the tag.
+Core::Colour Pixel(int x, int y, int tag) {
+    return {static_cast<uint8_t>(x), static_cast<uint8_t>(y), static_cast<uint8_t>(tag), 0xFF};
+}
+
+void WritePicture(const std::string& path, int width, int height, int tag) {
+    const ImagePtr image(Core::create_image(
+        static_cast<uint32_t>(width), static_cast<uint32_t>(height), Core::PIXEL_FORMAT_8888));
+    for (int y = 0; y < height; ++y) {
+        for (int x = 0; x < width; ++x)
+            image->set_pixel(static_cast<uint32_t>(x), static_cast<uint32_t>(y), Pixel(x, y, tag));
+    }
+    Core::save_tga(*image, path.c_str(), Core::PIXEL_FORMAT_8888);
+}
+
+ImagePtr LoadPicture(const std::string& path) {
+    Core::TgaReader reader;
+    if (!reader.buffer.open(path.c_str())) return nullptr;
+    return ImagePtr(Core::load_tga(reader, Core::PIXEL_FORMAT_8888));
+}
+
+QRgb Shown(const Core::Colour& colour) {
+    return qRgb(colour.red, colour.green, colour.blue);
+}
+
+}  // namespace
+
+class TexturePageWindowTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init() {
+        ui_ = std::make_unique<framework::ScriptedUserInterface>();
+        profile_ = std::make_unique<QtProfileStore>();
+        profile_->Settings().clear();
+        app_ = std::make_unique<CQuilletApp>(*ui_, *profile_);
+        window_ = std::make_unique<MainWindow>(*app_, *profile_);
+    }
+
+    void cleanup() {
+        window_.reset();
+        app_.reset();
+    }
+
+    void importDragNudgeTileSaveAndReopen() {
+        const std::string page_path = dir_.File("page.tga");
+        WritePicture(page_path, 64, 64, 0x10);
+        const std::string one = dir_.File("one.tga");
+        const std::string two = dir_.File("two.tga");
+        WritePicture(one, 8, 8, 0x20);
+        WritePicture(two, 16, 4, 0x30);
+        QVERIFY(app_->InitInstance({dir_.Write("ui.qlt", kProject)}, window_.get()));
+        QVERIFY(QTest::qWaitForWindowExposed(window_.get()));
+
+        TexturePageWindow* window = OpenPageFromTree(page_path);
+        QVERIFY(window != nullptr);
+        QWidget* viewport = window->Page().viewport();
+
+        ui_->forms.push_back([one, two](framework::Form& form) {
+            dynamic_cast<ImportRegionForm&>(form).ChooseFiles({one, two});
+            return true;
+        });
+        window->Action(commands::kImportRegions)->trigger();
+        QCoreApplication::processEvents();
+        CQuilletDoc* project = GetProjectDoc();
+        QCOMPARE(Rect(*project, page_path, "one"), (PageRect{0, 0, 8, 8}));
+        QCOMPARE(Rect(*project, page_path, "two"), (PageRect{8, 0, 24, 4}));
+        QTRY_COMPARE(viewport->grab().toImage().pixel(10, 1), Shown(Pixel(2, 1, 0x30)));
+
+        QTest::mousePress(viewport, Qt::LeftButton, {}, QPoint(2, 2));
+        QTest::mouseMove(viewport, QPoint(32, 34));
+        QTest::mouseRelease(viewport, Qt::LeftButton, {}, QPoint(32, 34));
+        QCOMPARE(Rect(*project, page_path, "one"), (PageRect{30, 32, 38, 40}));
+        QTest::keyClick(&window->Page(), Qt::Key_Right);
+        QCOMPARE(Rect(*project, page_path, "one"), (PageRect{31, 32, 39, 40}));
+        // Inside the selection's outline, which is drawn over its edges.
+        QTRY_COMPARE(viewport->grab().toImage().pixel(33, 34), Shown(Pixel(2, 2, 0x20)));
+
+        window->Action(commands::kZoomIn)->trigger();
+        QTRY_COMPARE(viewport->grab().toImage().pixel(67, 69), Shown(Pixel(2, 2, 0x20)));
+        window->Action(commands::kTileByHeightThenWidth)->trigger();
+        QCOMPARE(Rect(*project, page_path, "one"), (PageRect{0, 0, 8, 8}));
+        QCOMPARE(Rect(*project, page_path, "two"), (PageRect{8, 0, 24, 4}));
+
+        window_->Action(commands::kFileSave)->trigger();
+        QVERIFY(!project->IsModified());
+        const ImagePtr saved = LoadPicture(page_path);
+        QVERIFY(saved != nullptr);
+        QVERIFY(saved->get_pixel(7, 7) == Pixel(7, 7, 0x20));
+        QVERIFY(saved->get_pixel(9, 1) == Pixel(1, 1, 0x30));
+        // The page had no regions to cut, so the unused colour is still the starting grey.
+        QVERIFY(saved->get_pixel(9, 5) == (Core::Colour{0xCD, 0xCD, 0xCD, 0xFF}));
+
+        // Closed and opened again, the page is cut from the file it was saved to.
+        qobject_cast<MdiFrame*>(window->parentWidget())->close();
+        QTRY_COMPARE(window_->MdiArea().subWindowList().size(), 1);
+        window = OpenPageFromTree(page_path);
+        QVERIFY(window != nullptr);
+        QTRY_COMPARE(window->Page().viewport()->grab().toImage().pixel(9, 1),
+                     Shown(Pixel(1, 1, 0x30)));
+        QVERIFY(ui_->boxes.empty());
+    }
+
+private:
+    static PageRect Rect(CQuilletDoc& project, const std::string& page, const std::string& name) {
+        return project.RegionOfTexture(page, name).rect;
+    }
+
+    // Presses Enter on the page's node under "Textures" and answers the window that opens.
+    TexturePageWindow* OpenPageFromTree(const std::string& page_path) {
+        auto* tree = window_->findChild<QTreeWidget*>();
+        if (tree == nullptr) return nullptr;
+        QTreeWidgetItem* textures = tree->topLevelItem(0);
+        textures->setExpanded(true);
+        QTreeWidgetItem* page = textures->child(0);
+        if (page == nullptr || page->text(0) != QString::fromStdString(page_path)) return nullptr;
+        tree->setCurrentItem(page);
+        QTest::keyClick(tree, Qt::Key_Return);
+        auto* frame = window_->MdiArea().activeSubWindow();
+        return frame != nullptr ? qobject_cast<TexturePageWindow*>(frame->widget()) : nullptr;
+    }
+
+    TempDir dir_;
+    std::unique_ptr<framework::ScriptedUserInterface> ui_;
+    std::unique_ptr<QtProfileStore> profile_;
+    std::unique_ptr<CQuilletApp> app_;
+    std::unique_ptr<MainWindow> window_;
+};
+
+int main(int argc, char** argv) {
+    TempDir settings;
+    qputenv("XDG_CONFIG_HOME", QByteArray::fromStdString(settings.Path().string()));
+    QStandardPaths::setTestModeEnabled(true);
+    QApplication application(argc, argv);
+    TexturePageWindowTest test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "texture_page_window_test.moc"
