@@ -141,9 +141,10 @@ void TexturePageWidget::PlaceFrame(int32_t width, int32_t height) {
         if (qobject_cast<MdiFrame*>(up) != nullptr) frame = up;
     }
     if (frame == window()) return;
-    // The frame's own edges, title and toolbar come on top of the page's room.
+    // The frame's own edges, title and toolbar come on top of the page's room; a small page
+    // still gets the whole toolbar.
     const QSize chrome = frame->size() - viewport()->size();
-    QSize wanted = QSize(width, height) + chrome;
+    QSize wanted = (QSize(width, height) + chrome).expandedTo(frame->sizeHint());
     if (const QWidget* area = frame->parentWidget())
         wanted = wanted.boundedTo(area->size() - QSize(30, 30));
     frame->move(30, 30);
