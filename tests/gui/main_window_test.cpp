@@ -1,15 +1,10 @@
 // The real main window, offscreen, with the scripted person answering its boxes.
-#include <QApplication>
-#include <QStandardPaths>
 #include <QTest>
 #include <QTreeWidget>
 
-#include "TempDir.h"
-#include "framework/ScriptedUserInterface.h"
+#include "GuiFixture.h"
 #include "model/QuilletDoc.h"
-#include "qt/MainWindow.h"
 #include "qt/MdiFrame.h"
-#include "qt/QtProfileStore.h"
 #include "shell/CommandIds.h"
 
 namespace {
@@ -30,26 +25,16 @@ class MainWindowTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void init() {
-        ui_ = std::make_unique<framework::ScriptedUserInterface>();
-        profile_ = std::make_unique<QtProfileStore>();
-        profile_->Settings().clear();
-        app_ = std::make_unique<CQuilletApp>(*ui_, *profile_);
-        window_ = std::make_unique<MainWindow>(*app_, *profile_);
-    }
-
-    void cleanup() {
-        window_.reset();
-        app_.reset();
-    }
+    void init() { gui_.Make(); }
+    void cleanup() { gui_.Destroy(); }
 
     void opensChangesAndSavesAProject() {
-        const std::string path = dir_.Write("ui.qlt", kEmptyProject);
-        QVERIFY(app_->InitInstance({path}, window_.get()));
-        QVERIFY(QTest::qWaitForWindowExposed(window_.get()));
+        const std::string path = gui_.dir.Write("ui.qlt", kEmptyProject);
+        QVERIFY(gui_.app->InitInstance({path}, gui_.window.get()));
+        QVERIFY(QTest::qWaitForWindowExposed(gui_.window.get()));
 
-        QCOMPARE(window_->MdiArea().subWindowList().size(), 1);
-        auto* frame = qobject_cast<MdiFrame*>(window_->MdiArea().subWindowList().front());
+        QCOMPARE(gui_.window->MdiArea().subWindowList().size(), 1);
+        auto* frame = qobject_cast<MdiFrame*>(gui_.window->MdiArea().subWindowList().front());
         QVERIFY(frame != nullptr);
         auto* tree = frame->findChild<QTreeWidget*>();
         QVERIFY(tree != nullptr);
@@ -71,62 +56,54 @@ private slots:
         QVERIFY(tree->topLevelItem(4)->isExpanded());
         QCOMPARE(tree->currentItem()->text(0), QStringLiteral("Common Paths"));
 
-        window_->MdiArea().setActiveSubWindow(frame);
-        window_->Action(commands::kFileSave)->trigger();
+        gui_.window->MdiArea().setActiveSubWindow(frame);
+        gui_.window->Action(commands::kFileSave)->trigger();
         QVERIFY(!frame->isWindowModified());
         QVERIFY(ReadFile(path).find("<layout_width>1024</layout_width>") != std::string::npos);
-        QVERIFY(ui_->boxes.empty());
+        QVERIFY(gui_.ui->boxes.empty());
 
-        QVERIFY(window_->close());
-        QVERIFY(ui_->boxes.empty());
+        QVERIFY(gui_.window->close());
+        QVERIFY(gui_.ui->boxes.empty());
         QCOMPARE(GetProjectDoc(), nullptr);
     }
 
     void unreadableFileKeepsThePresentProject() {
-        QVERIFY(app_->InitInstance({dir_.Write("ui.qlt", kEmptyProject)}, window_.get()));
+        QVERIFY(
+            gui_.app->InitInstance({gui_.dir.Write("ui.qlt", kEmptyProject)}, gui_.window.get()));
         CQuilletDoc* present = GetProjectDoc();
-        ui_->file_names.push_back(dir_.Write("bad.qlt", "nonsense\n"));
-        window_->Action(commands::kFileOpen)->trigger();
-        QCOMPARE(ui_->boxes.size(), size_t{1});
-        QCOMPARE(ui_->boxes[0].text,
+        gui_.ui->file_names.push_back(gui_.dir.Write("bad.qlt", "nonsense\n"));
+        gui_.window->Action(commands::kFileOpen)->trigger();
+        QCOMPARE(gui_.ui->boxes.size(), size_t{1});
+        QCOMPARE(gui_.ui->boxes[0].text,
                  std::string("Cannot read project file: NOT_A_QLT_FILE at line 1"));
         QCOMPARE(GetProjectDoc(), present);
-        QCOMPARE(window_->MdiArea().subWindowList().size(), 1);
+        QCOMPARE(gui_.window->MdiArea().subWindowList().size(), 1);
     }
 
     void closingAModifiedProjectAsksAndCancelKeepsIt() {
-        QVERIFY(app_->InitInstance({dir_.Write("ui.qlt", kEmptyProject)}, window_.get()));
+        QVERIFY(
+            gui_.app->InitInstance({gui_.dir.Write("ui.qlt", kEmptyProject)}, gui_.window.get()));
         GetProjectDoc()->SetModifiedFlag(true);
-        ui_->answers.push_back(framework::Answer::Cancel);
-        QVERIFY(!window_->close());
-        QCOMPARE(ui_->boxes.size(), size_t{1});
+        gui_.ui->answers.push_back(framework::Answer::Cancel);
+        QVERIFY(!gui_.window->close());
+        QCOMPARE(gui_.ui->boxes.size(), size_t{1});
         QVERIFY(GetProjectDoc() != nullptr);
 
         // Closing the project's own window asks too; No closes it and writes nothing.
-        ui_->answers.push_back(framework::Answer::No);
-        window_->MdiArea().subWindowList().front()->close();
-        QCOMPARE(ui_->boxes.size(), size_t{2});
+        gui_.ui->answers.push_back(framework::Answer::No);
+        gui_.window->MdiArea().subWindowList().front()->close();
+        QCOMPARE(gui_.ui->boxes.size(), size_t{2});
         QCOMPARE(GetProjectDoc(), nullptr);
-        QTRY_COMPARE(window_->MdiArea().subWindowList().size(), 0);
-        QCOMPARE(ReadFile(dir_.File("ui.qlt")), kEmptyProject);
+        QTRY_COMPARE(gui_.window->MdiArea().subWindowList().size(), 0);
+        QCOMPARE(ReadFile(gui_.dir.File("ui.qlt")), kEmptyProject);
     }
 
 private:
-    TempDir dir_;
-    std::unique_ptr<framework::ScriptedUserInterface> ui_;
-    std::unique_ptr<QtProfileStore> profile_;
-    std::unique_ptr<CQuilletApp> app_;
-    std::unique_ptr<MainWindow> window_;
+    GuiFixture gui_;
 };
 
 int main(int argc, char** argv) {
-    // Settings go to a folder of the test's own.
-    TempDir settings;
-    qputenv("XDG_CONFIG_HOME", QByteArray::fromStdString(settings.Path().string()));
-    QStandardPaths::setTestModeEnabled(true);
-    QApplication application(argc, argv);
-    MainWindowTest test;
-    return QTest::qExec(&test, argc, argv);
+    return RunGuiTest<MainWindowTest>(argc, argv);
 }
 
 #include "main_window_test.moc"

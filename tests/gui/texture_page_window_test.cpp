@@ -2,20 +2,15 @@
 // a region dragged and nudged with the real mouse and keys, the page tiled, saved and
 // opened again.
 #include <QAction>
-#include <QApplication>
-#include <QStandardPaths>
 #include <QTest>
 #include <QTreeWidget>
 
-#include "TempDir.h"
+#include "GuiFixture.h"
 #include "core_images.h"
 #include "core_tga.h"
 #include "forms/ImportRegionForm.h"
-#include "framework/ScriptedUserInterface.h"
 #include "model/QuilletDoc.h"
-#include "qt/MainWindow.h"
 #include "qt/MdiFrame.h"
-#include "qt/QtProfileStore.h"
 #include "qt/TexturePageWindow.h"
 #include "shell/CommandIds.h"
 
@@ -58,34 +53,24 @@ class TexturePageWindowTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void init() {
-        ui_ = std::make_unique<framework::ScriptedUserInterface>();
-        profile_ = std::make_unique<QtProfileStore>();
-        profile_->Settings().clear();
-        app_ = std::make_unique<CQuilletApp>(*ui_, *profile_);
-        window_ = std::make_unique<MainWindow>(*app_, *profile_);
-    }
-
-    void cleanup() {
-        window_.reset();
-        app_.reset();
-    }
+    void init() { gui_.Make(); }
+    void cleanup() { gui_.Destroy(); }
 
     void importDragNudgeTileSaveAndReopen() {
-        const std::string page_path = dir_.File("page.tga");
+        const std::string page_path = gui_.dir.File("page.tga");
         WritePicture(page_path, 64, 64, 0x10);
-        const std::string one = dir_.File("one.tga");
-        const std::string two = dir_.File("two.tga");
+        const std::string one = gui_.dir.File("one.tga");
+        const std::string two = gui_.dir.File("two.tga");
         WritePicture(one, 8, 8, 0x20);
         WritePicture(two, 16, 4, 0x30);
-        QVERIFY(app_->InitInstance({dir_.Write("ui.qlt", kProject)}, window_.get()));
-        QVERIFY(QTest::qWaitForWindowExposed(window_.get()));
+        QVERIFY(gui_.app->InitInstance({gui_.dir.Write("ui.qlt", kProject)}, gui_.window.get()));
+        QVERIFY(QTest::qWaitForWindowExposed(gui_.window.get()));
 
         TexturePageWindow* window = OpenPageFromTree(page_path);
         QVERIFY(window != nullptr);
         QWidget* viewport = window->Page().viewport();
 
-        ui_->forms.push_back([one, two](framework::Form& form) {
+        gui_.ui->forms.push_back([one, two](framework::Form& form) {
             dynamic_cast<ImportRegionForm&>(form).ChooseFiles({one, two});
             return true;
         });
@@ -111,7 +96,7 @@ private slots:
         QCOMPARE(Rect(*project, page_path, "one"), (PageRect{0, 0, 8, 8}));
         QCOMPARE(Rect(*project, page_path, "two"), (PageRect{8, 0, 24, 4}));
 
-        window_->Action(commands::kFileSave)->trigger();
+        gui_.window->Action(commands::kFileSave)->trigger();
         QVERIFY(!project->IsModified());
         const ImagePtr saved = LoadPicture(page_path);
         QVERIFY(saved != nullptr);
@@ -122,12 +107,12 @@ private slots:
 
         // Closed and opened again, the page is cut from the file it was saved to.
         qobject_cast<MdiFrame*>(window->parentWidget())->close();
-        QTRY_COMPARE(window_->MdiArea().subWindowList().size(), 1);
+        QTRY_COMPARE(gui_.window->MdiArea().subWindowList().size(), 1);
         window = OpenPageFromTree(page_path);
         QVERIFY(window != nullptr);
         QTRY_COMPARE(window->Page().viewport()->grab().toImage().pixel(9, 1),
                      Shown(Pixel(1, 1, 0x30)));
-        QVERIFY(ui_->boxes.empty());
+        QVERIFY(gui_.ui->boxes.empty());
     }
 
 private:
@@ -137,7 +122,7 @@ private:
 
     // Presses Enter on the page's node under "Textures" and answers the window that opens.
     TexturePageWindow* OpenPageFromTree(const std::string& page_path) {
-        auto* tree = window_->findChild<QTreeWidget*>();
+        auto* tree = gui_.window->findChild<QTreeWidget*>();
         if (tree == nullptr) return nullptr;
         QTreeWidgetItem* textures = tree->topLevelItem(0);
         textures->setExpanded(true);
@@ -145,24 +130,15 @@ private:
         if (page == nullptr || page->text(0) != QString::fromStdString(page_path)) return nullptr;
         tree->setCurrentItem(page);
         QTest::keyClick(tree, Qt::Key_Return);
-        auto* frame = window_->MdiArea().activeSubWindow();
+        auto* frame = gui_.window->MdiArea().activeSubWindow();
         return frame != nullptr ? qobject_cast<TexturePageWindow*>(frame->widget()) : nullptr;
     }
 
-    TempDir dir_;
-    std::unique_ptr<framework::ScriptedUserInterface> ui_;
-    std::unique_ptr<QtProfileStore> profile_;
-    std::unique_ptr<CQuilletApp> app_;
-    std::unique_ptr<MainWindow> window_;
+    GuiFixture gui_;
 };
 
 int main(int argc, char** argv) {
-    TempDir settings;
-    qputenv("XDG_CONFIG_HOME", QByteArray::fromStdString(settings.Path().string()));
-    QStandardPaths::setTestModeEnabled(true);
-    QApplication application(argc, argv);
-    TexturePageWindowTest test;
-    return QTest::qExec(&test, argc, argv);
+    return RunGuiTest<TexturePageWindowTest>(argc, argv);
 }
 
 #include "texture_page_window_test.moc"

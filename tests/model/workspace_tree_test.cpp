@@ -56,7 +56,6 @@ TEST_F(WorkspaceTreeTest, RecordsStandInFoldersAndSortedOrder) {
             "        Textures\n          Menus\n        FMVs\n      Pieces\n");
 }
 
-
 TEST_F(WorkspaceTreeTest, OpeningANodeOpensTheMenuItStandsFor) {
     Start();
     CQuilletDoc* project = Open("ui.qlt", ProjectOfWidth(800));

@@ -3,11 +3,11 @@
 #include <optional>
 
 #include "QuilletDoc.h"
-#include "texture/TexturePageDoc.h"
 #include "framework/Application.h"
 #include "layout/LayoutPageDoc.h"
 #include "open_documents.h"
 #include "report.h"
+#include "texture/TexturePageDoc.h"
 
 namespace {
 

@@ -246,78 +246,52 @@ QIcon SpacingIcon(int gap) {
     });
 }
 
+// A toolbar button: a separator when `command` is 0.
 struct Button {
-    int command;  // 0 for a separator
+    int command;
     const char* tip;
     const char* theme_icon;  // the desktop's picture, if it has one
+    const char* label;       // drawn when the desktop has no picture; empty for a drawing
 };
 
 // The toolbar's buttons, in their order.
 const Button kButtons[] = {
-    {kImportRegions, "Import images into the texture page", "document-import"},
-    {kCopyOutsideToNew, "Copy regions outside to a new texture page", "document-new"},
-    {kCopyOutsideToExisting, "Copy regions outside to an existing texture page", "go-next"},
-    {0, nullptr, nullptr},
-    {kZoomIn, "Zoom in", "zoom-in"},
-    {kZoomOut, "Zoom out", "zoom-out"},
-    {0, nullptr, nullptr},
-    {kResizePage, "Resize texture page", "transform-scale"},
-    {kSelectUnusedColour, "Select unused space colour", "color-fill"},
-    {kClearSpace, "Clear space", "edit-clear"},
-    {0, nullptr, nullptr},
-    {kSpacing0, "Set spacing on tiling regions to 0 pixels", nullptr},
-    {kSpacing1, "Set spacing on tiling regions to 1 pixels", nullptr},
-    {kSpacing2, "Set spacing on tiling regions to 2 pixels", nullptr},
-    {kSpacing3, "Set spacing on tiling regions to 3 pixels", nullptr},
-    {0, nullptr, nullptr},
-    {kTileBestFit, "Tile Region with best fit ratio", nullptr},
-    {kTileByArea, "Tile Region by area", nullptr},
-    {kTileByHeightThenWidth, "Tile Region by height then width", nullptr},
-    {kTileByWidthThenHeight, "Tile Region by width then height", nullptr},
-    {kTileByCircumference, "Tile Region by circumference", nullptr},
+    {kImportRegions, "Import images into the texture page", "document-import", "+"},
+    {kCopyOutsideToNew, "Copy regions outside to a new texture page", "document-new", "N"},
+    {kCopyOutsideToExisting, "Copy regions outside to an existing texture page", "go-next", ">"},
+    {0, nullptr, nullptr, nullptr},
+    {kZoomIn, "Zoom in", "zoom-in", "Z+"},
+    {kZoomOut, "Zoom out", "zoom-out", "Z-"},
+    {0, nullptr, nullptr, nullptr},
+    {kResizePage, "Resize texture page", "transform-scale", "R"},
+    {kSelectUnusedColour, "Select unused space colour", "color-fill", ""},
+    {kClearSpace, "Clear space", "edit-clear", "C"},
+    {0, nullptr, nullptr, nullptr},
+    {kSpacing0, "Set spacing on tiling regions to 0 pixels", nullptr, ""},
+    {kSpacing1, "Set spacing on tiling regions to 1 pixels", nullptr, ""},
+    {kSpacing2, "Set spacing on tiling regions to 2 pixels", nullptr, ""},
+    {kSpacing3, "Set spacing on tiling regions to 3 pixels", nullptr, ""},
+    {0, nullptr, nullptr, nullptr},
+    {kTileBestFit, "Tile Region with best fit ratio", nullptr, "Fit"},
+    {kTileByArea, "Tile Region by area", nullptr, "A"},
+    {kTileByHeightThenWidth, "Tile Region by height then width", nullptr, "HW"},
+    {kTileByWidthThenHeight, "Tile Region by width then height", nullptr, "WH"},
+    {kTileByCircumference, "Tile Region by circumference", nullptr, "C+"},
 };
 
 // The picture of a button when the desktop has none.
-QIcon FallbackIcon(int command) {
-    switch (command) {
-        case kImportRegions:
-            return LabelIcon(QStringLiteral("+"));
-        case kCopyOutsideToNew:
-            return LabelIcon(QStringLiteral("N"));
-        case kCopyOutsideToExisting:
-            return LabelIcon(QStringLiteral(">"));
-        case kZoomIn:
-            return LabelIcon(QStringLiteral("Z+"));
-        case kZoomOut:
-            return LabelIcon(QStringLiteral("Z-"));
-        case kResizePage:
-            return LabelIcon(QStringLiteral("R"));
-        case kSelectUnusedColour:
-            return DrawnIcon([](QPainter& painter) {
-                painter.fillRect(1, 1, 14, 14, QColor(0xCD, 0xCD, 0xCD));
-                painter.drawRect(1, 1, 13, 13);
-            });
-        case kClearSpace:
-            return LabelIcon(QStringLiteral("C"));
-        case kSpacing0:
-            return SpacingIcon(0);
-        case kSpacing1:
-            return SpacingIcon(1);
-        case kSpacing2:
-            return SpacingIcon(2);
-        case kSpacing3:
-            return SpacingIcon(3);
-        case kTileBestFit:
-            return LabelIcon(QStringLiteral("Fit"));
-        case kTileByArea:
-            return LabelIcon(QStringLiteral("A"));
-        case kTileByHeightThenWidth:
-            return LabelIcon(QStringLiteral("HW"));
-        case kTileByWidthThenHeight:
-            return LabelIcon(QStringLiteral("WH"));
-        default:
-            return LabelIcon(QStringLiteral("C+"));
+QIcon FallbackIcon(const Button& button) {
+    static constexpr int kSpacings[] = {kSpacing0, kSpacing1, kSpacing2, kSpacing3};
+    for (int gap = 0; gap < 4; ++gap) {
+        if (button.command == kSpacings[gap]) return SpacingIcon(gap);
     }
+    if (button.command == kSelectUnusedColour) {
+        return DrawnIcon([](QPainter& painter) {
+            painter.fillRect(1, 1, 14, 14, QColor(0xCD, 0xCD, 0xCD));
+            painter.drawRect(1, 1, 13, 13);
+        });
+    }
+    return LabelIcon(QString::fromLatin1(button.label));
 }
 
 }  // namespace
@@ -340,7 +314,7 @@ void TexturePageWindow::FillToolBar() {
             tool_bar_->addSeparator();
             continue;
         }
-        const QIcon fallback = FallbackIcon(button.command);
+        const QIcon fallback = FallbackIcon(button);
         const QIcon icon = button.theme_icon != nullptr
                                ? QIcon::fromTheme(QString::fromLatin1(button.theme_icon), fallback)
                                : fallback;
