@@ -23,12 +23,8 @@ LPAGE& CQuilletDoc::FindLayout(const std::string& name) {
 }
 
 framework::Document* CQuilletDoc::OpenLayout(const std::string& name) {
-    for (framework::Document* page : OpenDocumentsOf(kLayoutPageTemplate)) {
-        if (page->GetTitle() != name) continue;
-        if (framework::View* view = page->GetFirstView()) view->ActivateFrame();
-        App().SetActiveDocument(page);
-        return page;
-    }
+    if (framework::Document* open = OpenDocumentNamed(kLayoutPageTemplate, name, false))
+        return BringForward(open);
     const framework::Application& application = App();
     if (application.Templates().size() <= kLayoutPageTemplate) return nullptr;
     auto* page = dynamic_cast<CLayoutPageDoc*>(

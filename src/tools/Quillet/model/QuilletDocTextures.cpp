@@ -3,17 +3,12 @@
 
 #include "QuilletDoc.h"
 #include "framework/Application.h"
-#include "framework/View.h"
 #include "open_documents.h"
 #include "texture/TexturePageDoc.h"
 
 CTexturePageDoc* CQuilletDoc::OpenTexture(const std::string& path) {
-    if (auto* open =
-            dynamic_cast<CTexturePageDoc*>(OpenDocumentNamed(kTexturePageTemplate, path, true))) {
-        if (framework::View* view = open->GetFirstView()) view->ActivateFrame();
-        App().SetActiveDocument(open);
-        return open;
-    }
+    if (framework::Document* open = OpenDocumentNamed(kTexturePageTemplate, path, true))
+        return dynamic_cast<CTexturePageDoc*>(BringForward(open));
     if (!TextureExists(path) || App().Templates().size() <= kTexturePageTemplate) return nullptr;
     auto* page = dynamic_cast<CTexturePageDoc*>(
         App().Templates()[kTexturePageTemplate]->OpenDocumentFile(path));

@@ -1,6 +1,7 @@
 #include "open_documents.h"
 
 #include "framework/Application.h"
+#include "framework/View.h"
 
 std::vector<framework::Document*> OpenDocumentsOf(TemplateIndex index) {
     const framework::Application* application = framework::Application::Instance();
@@ -14,4 +15,11 @@ framework::Document* OpenDocumentNamed(TemplateIndex index, const std::string& i
         if ((by_path ? document->GetPathName() : document->GetTitle()) == identity) return document;
     }
     return nullptr;
+}
+
+framework::Document* BringForward(framework::Document* document) {
+    if (document == nullptr) return nullptr;
+    if (framework::View* view = document->GetFirstView()) view->ActivateFrame();
+    document->App().SetActiveDocument(document);
+    return document;
 }
