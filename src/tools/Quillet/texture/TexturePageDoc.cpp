@@ -15,12 +15,22 @@ namespace {
 
 constexpr Core::Colour kStartingGrey{0xCD, 0xCD, 0xCD, 0xFF};
 
-// A lock on the part of `image` at (x, y) of the given size, clipped to the image.
-Core::PixelsLock LockPart(Core::Image& image, bool write, int64_t x, int64_t y, int64_t width,
-                          int64_t height) {
-    const Core::PixelRect part{static_cast<uint32_t>(x), static_cast<uint32_t>(y),
-                               static_cast<uint32_t>(width), static_cast<uint32_t>(height)};
-    return write ? image.lock_write(&part) : image.lock_read(&part);
+// Converts the `size` part of `source` at `from` into `destination` at `to`; each lock is
+// clipped to its picture, and a part that starts beyond the source copies nothing.
+void CopyPart(Core::Image& destination, Point to, Core::Image& source, Point from, Point size) {
+    const Core::Size source_size = source.get_size();
+    if (from.x >= source_size.width || from.y >= source_size.height) return;
+    const auto part = [&size](Point at) {
+        return Core::PixelRect{static_cast<uint32_t>(at.x), static_cast<uint32_t>(at.y),
+                               static_cast<uint32_t>(size.x), static_cast<uint32_t>(size.y)};
+    };
+    const Core::PixelRect from_part = part(from);
+    const Core::PixelRect to_part = part(to);
+    const Core::PixelsLock read = source.lock_read(&from_part);
+    const Core::PixelsLock write = destination.lock_write(&to_part);
+    Core::convert_pixels(write, read);
+    source.unlock();
+    destination.unlock();
 }
 
 // Copies the part of `picture` that `rect` puts on the page, from the picture's top-left
@@ -29,17 +39,9 @@ void PaintRegion(Core::Image& page, const PageRect& rect, Core::Image& picture) 
     const Core::Size size = page.get_size();
     const PageRect on_page = IntersectRect(rect, {0, 0, size.width, size.height});
     if (IsRectEmpty(on_page)) return;
-    const int64_t from_x = int64_t{on_page.left} - rect.left;
-    const int64_t from_y = int64_t{on_page.top} - rect.top;
-    const Core::Size source_size = picture.get_size();
-    if (from_x >= source_size.width || from_y >= source_size.height) return;
-    const Core::PixelsLock source =
-        LockPart(picture, false, from_x, from_y, RectWidth(on_page), RectHeight(on_page));
-    const Core::PixelsLock destination =
-        LockPart(page, true, on_page.left, on_page.top, RectWidth(on_page), RectHeight(on_page));
-    Core::convert_pixels(destination, source);
-    picture.unlock();
-    page.unlock();
+    CopyPart(page, {on_page.left, on_page.top}, picture,
+             {WrappedDifference(on_page.left, rect.left), WrappedDifference(on_page.top, rect.top)},
+             {RectWidth(on_page), RectHeight(on_page)});
 }
 
 void FillImage(Core::Image& image, const Core::Colour& colour) {
@@ -90,14 +92,9 @@ ImagePtr CutRegion(Core::Image& page, const PageRect& rect) {
                        static_cast<int32_t>(int64_t{rect.top} + height)},
                       {0, 0, size.width, size.height});
     if (IsRectEmpty(on_page)) return picture;
-    const Core::PixelsLock source =
-        LockPart(page, false, on_page.left, on_page.top, RectWidth(on_page), RectHeight(on_page));
-    const Core::PixelsLock destination =
-        LockPart(*picture, true, int64_t{on_page.left} - rect.left, int64_t{on_page.top} - rect.top,
-                 RectWidth(on_page), RectHeight(on_page));
-    Core::convert_pixels(destination, source);
-    page.unlock();
-    picture->unlock();
+    CopyPart(*picture,
+             {WrappedDifference(on_page.left, rect.left), WrappedDifference(on_page.top, rect.top)},
+             page, {on_page.left, on_page.top}, {RectWidth(on_page), RectHeight(on_page)});
     return picture;
 }
 
