@@ -402,10 +402,14 @@ bool CTexturePageView::OnCommand(int command) {
     static constexpr std::pair<int, unsigned> kSpacings[] = {
         {kSpacing0, 0}, {kSpacing1, 1}, {kSpacing2, 2}, {kSpacing3, 3}};
     for (const auto& [id, order] : kTilings) {
-        if (command == id) Tile(order);
+        if (command != id) continue;
+        Tile(order);
+        return true;
     }
     for (const auto& [id, spacing] : kSpacings) {
-        if (command == id) spacing_ = spacing;
+        if (command != id) continue;
+        spacing_ = spacing;
+        return true;
     }
     CTexturePageDoc* document = GetDocument();
     switch (command) {
@@ -432,13 +436,8 @@ bool CTexturePageView::OnCommand(int command) {
             if (document != nullptr) document->SelectUnusedColour();
             return true;
         default:
-            break;
+            return false;
     }
-    const auto known = [command](const auto& table) {
-        return std::any_of(std::begin(table), std::end(table),
-                           [command](const auto& entry) { return entry.first == command; });
-    };
-    return known(kTilings) || known(kSpacings);
 }
 
 void CTexturePageView::Tile(int order) {
