@@ -56,6 +56,12 @@ TEST(TextureFormTest, SizesComeFromTheSquaresOrThePersonsOwn) {
     EXPECT_EQ(form.data.width, 16) << "User keeps the size as it stands";
     form.data.bit_depth = 16;
     form.data.alpha = false;
+    form.data.height = 0;
+    EXPECT_FALSE(form.OnOk(ui)) << "a page without pixels could not be opened again";
+    ASSERT_EQ(ui.boxes.size(), 1u);
+    EXPECT_EQ(ui.boxes[0].caption, "Bad Texture Size");
+    EXPECT_EQ(TextureForm().data.bit_depth, 32u) << "a refused OK keeps nothing";
+    form.data.height = 16;
     EXPECT_TRUE(form.OnOk(ui));
 
     const TextureForm next;

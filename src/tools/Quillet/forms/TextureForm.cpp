@@ -1,5 +1,7 @@
 #include "TextureForm.h"
 
+#include "framework/UserInterface.h"
+
 const std::array<TextureForm::SizeButton, 6>& TextureForm::SizeButtons() {
     static const std::array<SizeButton, 6> buttons{{{1004, "16x16", 16},
                                                     {1005, "32x32", 32},
@@ -39,7 +41,14 @@ void TextureForm::SelectSize(uint32_t control_id) {
     }
 }
 
-bool TextureForm::OnOk(framework::UserInterface& /*ui*/) {
+bool TextureForm::OnOk(framework::UserInterface& ui) {
+    // A page without pixels would be written as a file that no picture reader takes back,
+    // and the regions moved onto it would be lost with it.
+    if (data.width == 0 || data.height == 0) {
+        ui.MessageBox(kEmptySizeText, "Bad Texture Size", framework::MessageIcon::Warning,
+                      framework::MessageButtons::Ok);
+        return false;
+    }
     Remembered() = data;
     return true;
 }

@@ -30,7 +30,10 @@ public:
 
     TextureDialogData data;
 
-    // Keeps the settings for the next use.
+    static constexpr const char* kEmptySizeText =
+        "Please give the texture a width and a height of at least 1 pixel.";
+
+    // Refuses a width or height of 0; keeps the settings for the next use.
     bool OnOk(framework::UserInterface& ui) override;
 
 private:
