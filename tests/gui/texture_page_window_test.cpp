@@ -2,6 +2,7 @@
 // a region dragged and nudged with the real mouse and keys, the page tiled, saved and
 // opened again.
 #include <QAction>
+#include <QMenu>
 #include <QTest>
 #include <QTreeWidget>
 
@@ -92,7 +93,12 @@ private slots:
 
         window->Action(commands::kZoomIn)->trigger();
         QTRY_COMPARE(viewport->grab().toImage().pixel(67, 69), Shown(Pixel(2, 2, 0x20)));
-        window->Action(commands::kTileByHeightThenWidth)->trigger();
+        // The main window's T-Page menu runs the commands of the active page window.
+        QAction* tile = gui_.window->Action(commands::kTileByHeightThenWidth);
+        QVERIFY(tile != nullptr);
+        auto* menu = qobject_cast<QMenu*>(tile->parent());
+        QVERIFY(menu != nullptr && menu->menuAction()->isVisible());
+        tile->trigger();
         QCOMPARE(Rect(*project, page_path, "one"), (PageRect{0, 0, 8, 8}));
         QCOMPARE(Rect(*project, page_path, "two"), (PageRect{8, 0, 24, 4}));
 

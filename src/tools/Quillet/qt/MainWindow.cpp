@@ -129,6 +129,7 @@ void MainWindow::CreateMenus() {
                {});
 
     CreateViewMenu();
+    CreateTexturePageMenu();
 
     QMenu* window = menuBar()->addMenu(tr("&Window"));
     AddCommand(window, kWindowCascade, tr("&Cascade"), tr("Arrange windows so they overlap"), {},
@@ -155,6 +156,18 @@ void MainWindow::CreateViewMenu() {
     toggle_status->setStatusTip(tr("Show or hide the status bar"));
     connect(toggle_status, &QAction::toggled, statusBar(), &QStatusBar::setVisible);
     actions_.insert(commands::kViewStatusBar, toggle_status);
+}
+
+void MainWindow::CreateTexturePageMenu() {
+    texture_page_menu_ = menuBar()->addMenu(tr("&T-Page"));
+    TexturePageWindow::FillMenu(*texture_page_menu_, [this] {
+        QMdiSubWindow* active = mdi_area_->activeSubWindow();
+        return active != nullptr ? qobject_cast<TexturePageWindow*>(active->widget()) : nullptr;
+    });
+    texture_page_menu_->menuAction()->setVisible(false);
+    for (QAction* action : texture_page_menu_->actions()) {
+        if (!action->isSeparator()) actions_.insert(action->data().toInt(), action);
+    }
 }
 
 void MainWindow::FillToolBar() {
@@ -248,6 +261,8 @@ void MainWindow::OnAppAbout() {
 }
 
 void MainWindow::OnSubWindowActivated(QMdiSubWindow* window) {
+    texture_page_menu_->menuAction()->setVisible(
+        window != nullptr && qobject_cast<TexturePageWindow*>(window->widget()) != nullptr);
     auto* frame = qobject_cast<MdiFrame*>(window);
     if (frame != nullptr) app_.SetActiveDocument(frame->GetView().GetDocument());
 }

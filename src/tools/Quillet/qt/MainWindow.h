@@ -39,6 +39,7 @@ private:
                         const QKeySequence& keys, std::function<void()> handler);
     void CreateMenus();
     void CreateViewMenu();
+    void CreateTexturePageMenu();
     void FillToolBar();
     void CreateFrameFactories();
     void RefreshRecentFiles();
@@ -56,6 +57,7 @@ private:
     QMdiArea* mdi_area_ = nullptr;
     QLabel* message_pane_ = nullptr;
     QMenu* recent_menu_ = nullptr;
+    QMenu* texture_page_menu_ = nullptr;  // shown while a texture page window is active
     QToolBar* tool_bar_ = nullptr;
     QMap<int, QAction*> actions_;
 };

@@ -1,6 +1,7 @@
 #include "TexturePageWindow.h"
 
 #include <QKeyEvent>
+#include <QMenu>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QScrollBar>
@@ -308,25 +309,38 @@ TexturePageWindow::TexturePageWindow() {
     FillToolBar();
 }
 
-void TexturePageWindow::FillToolBar() {
+// Adds every button to `widget` (a toolbar or a menu) as an action that calls `run` with its
+// command.
+template <typename Widget, typename Run>
+void AddButtons(Widget& widget, Run run) {
     for (const Button& button : kButtons) {
         if (button.command == 0) {
-            tool_bar_->addSeparator();
+            widget.addSeparator();
             continue;
         }
         const QIcon fallback = FallbackIcon(button);
         const QIcon icon = button.theme_icon != nullptr
                                ? QIcon::fromTheme(QString::fromLatin1(button.theme_icon), fallback)
                                : fallback;
-        QAction* action = tool_bar_->addAction(icon, QString::fromLatin1(button.tip));
+        QAction* action = widget.addAction(icon, QString::fromLatin1(button.tip));
         action->setStatusTip(QString::fromLatin1(button.tip));
         action->setData(button.command);
         const int command = button.command;
-        connect(action, &QAction::triggered, this, [this, command] {
-            page_->View().OnCommand(command);
-            page_->setFocus();
-        });
+        QObject::connect(action, &QAction::triggered, &widget, [run, command] { run(command); });
     }
+}
+
+void TexturePageWindow::FillToolBar() {
+    AddButtons(*tool_bar_, [this](int command) {
+        page_->View().OnCommand(command);
+        page_->setFocus();
+    });
+}
+
+void TexturePageWindow::FillMenu(QMenu& menu, std::function<TexturePageWindow*()> active) {
+    AddButtons(menu, [active](int command) {
+        if (TexturePageWindow* window = active()) window->Action(command)->trigger();
+    });
 }
 
 QAction* TexturePageWindow::Action(int command) const {

@@ -4,10 +4,12 @@
 #include <QAbstractScrollArea>
 #include <QTimer>
 #include <QWidget>
+#include <functional>
 
 #include "MdiFrame.h"
 #include "texture/TexturePageView.h"
 
+class QMenu;
 class QToolBar;
 
 // The scroll area that shows the composed page and passes the person's input to the view.
@@ -60,6 +62,9 @@ public:
     TexturePageWidget& Page() { return *page_; }
     // The action of a command of the toolbar, or null.
     QAction* Action(int command) const;
+    // Fills `menu` with the toolbar's commands, in its order and with its separators; each
+    // runs in the window that `active` answers when it is chosen (none: nothing happens).
+    static void FillMenu(QMenu& menu, std::function<TexturePageWindow*()> active);
 
 private:
     void FillToolBar();
