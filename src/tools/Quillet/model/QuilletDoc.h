@@ -51,6 +51,8 @@ public:
     // nothing report it ("Texture not found") and answer an empty record.
     bool TextureExists(const std::string& path) const;
     TPAGE& FindTexture(const std::string& path);
+    // The same without a report: null when the project has no such page.
+    const TPAGE* TextureIfAny(const std::string& path) const;
     TREGION& RegionOfTexture(const std::string& path, const std::string& name);
     // The picture of a region while its page is edited; false without one.
     bool RegionImage(const std::string& path, const std::string& name, Core::Image*& image);

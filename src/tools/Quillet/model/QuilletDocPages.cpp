@@ -7,8 +7,8 @@
 
 namespace {
 
-template <typename Record, typename Matches>
-Record* FindIn(std::vector<Record>& records, Matches matches) {
+template <typename Records, typename Matches>
+auto* FindIn(Records& records, Matches matches) {
     const auto found = std::find_if(records.begin(), records.end(), matches);
     return found == records.end() ? nullptr : &*found;
 }
@@ -34,6 +34,10 @@ auto WithIdentifier(const std::string& identifier) {
 bool CQuilletDoc::TextureExists(const std::string& path) const {
     return std::any_of(records_.texture_pages.begin(), records_.texture_pages.end(),
                        WithPath(path));
+}
+
+const TPAGE* CQuilletDoc::TextureIfAny(const std::string& path) const {
+    return FindIn(records_.texture_pages, WithPath(path));
 }
 
 TPAGE& CQuilletDoc::FindTexture(const std::string& path) {

@@ -119,12 +119,7 @@ TPAGE& CTexturePageDoc::Page() const {
 
 const TPAGE* CTexturePageDoc::PageIfAny() const {
     const CQuilletDoc* project = GetProjectDoc();
-    if (project == nullptr) return nullptr;
-    const auto& pages = project->records().texture_pages;
-    const auto found = std::find_if(pages.begin(), pages.end(), [this](const TPAGE& page) {
-        return page.path == GetPathName();
-    });
-    return found == pages.end() ? nullptr : &*found;
+    return project != nullptr ? project->TextureIfAny(GetPathName()) : nullptr;
 }
 
 bool CTexturePageDoc::OnSaveDocument(const std::string& /*path*/) {
