@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <filesystem>
 #include <memory>
 #include <string>
 #include <vector>
@@ -118,9 +119,13 @@ TEST(TgaReadTest, ColourMapsCountFromTheirFirstIndexAndStrayIndicesReadAsZero) {
 }
 
 TEST(TgaReadTest, RefusedFilesLeaveTheReaderWhereItWas) {
+    // Among them headers that claim far more than their files hold, which must be refused
+    // before anything of that size is allocated.
     for (const std::string& refused :
          {Header(2, 1, 1, 24, 8) + "abc", Header(0, 1, 1, 32, 8) + "abcd",
-          Header(2, 65535, 65535, 32, 8) + "tiny", std::string("\x00\x00\x02", 3)}) {
+          Header(2, 65535, 65535, 32, 8) + "tiny", std::string("\x00\x00\x02", 3),
+          Header(1, 65535, 40000, 8, 0, 0, 2, 24) + std::string(4096, '\x01'),
+          Header(10, 65535, 65535, 32, 8) + std::string(4096, '\x7f')}) {
         TgaReader reader = Reader("xx" + refused);
         reader.buffer.seek(2);
         EXPECT_EQ(load_tga(reader), nullptr);
@@ -128,11 +133,18 @@ TEST(TgaReadTest, RefusedFilesLeaveTheReaderWhereItWas) {
     }
 }
 
-TEST(TgaReadTest, TruncatedFilesStopEarlyAndKeepTheRest) {
+// An uncompressed file shorter than its header says is damaged; a run-length file can only
+// be judged packet by packet, and loads as far as it goes.
+TEST(TgaReadTest, TruncatedFilesAreRefusedUnlessRunLength) {
     std::string data;
     for (int pixel = 0; pixel < 6; ++pixel)
         data += Pixel32(static_cast<uint8_t>(pixel + 1), 0, 0, 255);
-    Owned image = Load(Header(2, 4, 4, 32, 8 | 0x20) + data + "\x01\x02");
+    EXPECT_EQ(Load(Header(2, 4, 4, 32, 8 | 0x20) + data), nullptr);
+    const std::string map = std::string("\x10\x20\x30", 3);
+    EXPECT_EQ(Load(Header(1, 2, 2, 8, 0x20, 0, 1, 24) + map + std::string(3, '\0')), nullptr);
+    EXPECT_EQ(Load(Header(1, 2, 2, 8, 0x20, 0, 2, 24) + map + std::string(4, '\0')), nullptr);
+
+    Owned image = Load(Header(10, 4, 4, 32, 8 | 0x20) + "\x0f" + data);
     ASSERT_TRUE(image);
     EXPECT_EQ(image->get_pixel(1, 1).blue, 6);
     EXPECT_EQ(image->get_pixel(2, 1), Colour{});
@@ -177,18 +189,31 @@ protected:
     }
 };
 
-TEST_F(TgaFileTest, PagesRoundTripInTheirFormats) {
-    for (const PixelFormat format : {PIXEL_FORMAT_1555, PIXEL_FORMAT_888, PIXEL_FORMAT_8888}) {
-        Owned page(create_image(3, 2, format));
-        for (uint32_t y = 0; y < 2; ++y)
-            for (uint32_t x = 0; x < 3; ++x)
-                page->set_pixel(
-                    x, y, {static_cast<uint8_t>(40 * x), static_cast<uint8_t>(90 * y), 200, 128});
-        Owned loaded = SaveAndLoad(*page, format);
-        ASSERT_TRUE(loaded) << pixel_format_name(format);
-        EXPECT_EQ(loaded->get_format(), format);
-        EXPECT_EQ(std::memcmp(loaded->get_data(), page->get_data(), 6 * bytes_per_pixel(format)),
-                  0);
+// Every format the writer takes, at every size from one pixel up: what is read back is what
+// was written, in the file's format (565 and 4444 are held as 555).
+TEST_F(TgaFileTest, PicturesOfEverySizeRoundTripInEveryFormat) {
+    const std::pair<uint32_t, uint32_t> sizes[] = {{1, 1}, {1, 3}, {3, 1},
+                                                   {2, 2}, {7, 5}, {130, 2}};
+    for (int value = 0; value < kImageFormatCount; ++value) {
+        const auto format = static_cast<PixelFormat>(value);
+        const bool held_as_555 = format == PIXEL_FORMAT_565 || format == PIXEL_FORMAT_4444;
+        const PixelFormat file_format = held_as_555 ? PIXEL_FORMAT_555 : format;
+        for (const auto& [width, height] : sizes) {
+            Owned picture(create_image(width, height, format));
+            for (uint32_t y = 0; y < height; ++y)
+                for (uint32_t x = 0; x < width; ++x)
+                    picture->set_pixel(x, y,
+                                       {static_cast<uint8_t>(37 * x), static_cast<uint8_t>(91 * y),
+                                        static_cast<uint8_t>(13 * (x + y)), 128});
+            Owned expected(copy_image(*picture, file_format));
+            Owned loaded = SaveAndLoad(*picture, format);
+            ASSERT_TRUE(loaded) << pixel_format_name(format) << " " << width << "x" << height;
+            ASSERT_EQ(loaded->get_format(), file_format);
+            for (uint32_t y = 0; y < height; ++y)
+                for (uint32_t x = 0; x < width; ++x)
+                    ASSERT_EQ(loaded->get_pixel(x, y), expected->get_pixel(x, y))
+                        << pixel_format_name(format) << " at " << x << "," << y;
+        }
     }
 }
 
@@ -220,12 +245,18 @@ TEST_F(TgaFileTest, GreyFilesAndTheExactBytesOfA32BitPage) {
     EXPECT_EQ(ReadFile(dir.File("grey555.tga")).size(), 20u);
 }
 
-TEST_F(TgaFileTest, EmptyPicturesWriteEmptyFilesAndUnwritableOnesFail) {
-    Owned empty(create_image(0, 0, PIXEL_FORMAT_8888));
-    TgaWriter writer(dir.File("never.tga"));
-    EXPECT_FALSE(write_tga(writer, PIXEL_FORMAT_8888, empty->lock_read(nullptr), false, false));
-    EXPECT_TRUE(save_tga(*empty, dir.File("empty.tga").c_str(), PIXEL_FORMAT_8888));
-    EXPECT_EQ(ReadFile(dir.File("empty.tga")), "");
+// A picture without pixels would replace a page with an empty file: the old file stays.
+TEST_F(TgaFileTest, PicturesWithoutPixelsAndUnwritablePathsLeaveTheOldFile) {
+    for (const auto& [width, height] : {std::pair<uint32_t, uint32_t>{0, 0}, {0, 3}, {3, 0}}) {
+        Owned empty(create_image(width, height, PIXEL_FORMAT_8888));
+        TgaWriter writer(dir.File("never.tga"));
+        EXPECT_FALSE(write_tga(writer, PIXEL_FORMAT_8888, empty->lock_read(nullptr), false, false));
+        empty->unlock();
+        const std::string old = dir.Write("old.tga", "the old page");
+        EXPECT_FALSE(save_tga(*empty, old.c_str(), PIXEL_FORMAT_8888));
+        EXPECT_EQ(ReadFile(old), "the old page");
+    }
+    EXPECT_FALSE(std::filesystem::exists(dir.File("never.tga")));
     Owned page(create_image(1, 1, PIXEL_FORMAT_8888));
     EXPECT_FALSE(save_tga(*page, dir.File("missing/page.tga").c_str(), PIXEL_FORMAT_8888));
 }

@@ -3,7 +3,10 @@
 #include <memory>
 #include <vector>
 
+#include <boost/format.hpp>
+
 #include "core_convert.h"
+#include "core_log.h"
 #include "core_tga.h"
 #include "pixel_traits.h"
 
@@ -192,15 +195,30 @@ bool read_colour_mapped(const PixelsLock& destination, ByteSource& source, const
     return finish_through(*decoded, destination, header.descriptor);
 }
 
-// Whether the bytes behind the header could hold the picture at all, even at the best
-// packing run-length allows: a header that claims more is refused before anything large is
-// allocated. Truncated files that could be real still load, as far as they go.
-bool could_hold(const TgaHeader& header, uint64_t remaining) {
-    const PixelFormat file_format = tga_format(header);
+// The fewest bytes behind the header that can hold the picture it claims: all of it for the
+// uncompressed types, and the best packing run-length allows (128 pixels a packet) for the
+// others. A header that claims more is refused before anything large is allocated.
+uint64_t least_pixel_data(const TgaHeader& header) {
     const bool indexed = header.image_type == 1 || header.image_type == 9;
-    const uint64_t element = indexed ? header.pixel_depth / 8u : bytes_per_pixel(file_format);
+    const uint64_t element =
+        indexed ? header.pixel_depth / 8u : bytes_per_pixel(tga_format(header));
+    const uint64_t map =
+        indexed ? uint64_t{header.colour_map_length} * bytes_per_pixel(tga_format(header)) : 0;
     const uint64_t pixels = uint64_t{header.width} * header.height;
-    return (pixels + kPixelsPerPacket - 1) / kPixelsPerPacket * (1 + element) <= remaining;
+    const bool run_length = header.image_type >= 9;
+    if (!run_length) return map + pixels * element;
+    return map + (pixels + kPixelsPerPacket - 1) / kPixelsPerPacket * (1 + element);
+}
+
+bool could_hold(const TgaHeader& header, uint64_t remaining) {
+    const uint64_t needed = least_pixel_data(header);
+    if (needed <= remaining) return true;
+    CORE_LOG(system_log(), warning)
+        << boost::format(
+               "tga: damaged file refused: %1%x%2% type %3% needs %4% bytes of pixel "
+               "data, the file holds %5%") %
+               header.width % header.height % int{header.image_type} % needed % remaining;
+    return false;
 }
 
 }  // namespace

@@ -65,14 +65,11 @@ bool write_tga(TgaWriter& writer, PixelFormat format, const PixelsLock& source, 
 bool save_tga(Image& image, const char* path, PixelFormat format) {
     TgaWriter writer(path);
     const PixelsLock source = image.lock_read(nullptr);
-    const Size size = image.get_size();
-    if (!source.has_access() && size.width != 0 && size.height != 0) {
-        image.unlock();
-        return false;
-    }
-    write_tga(writer, format, source, false, false);
+    // A picture the writer refuses (no pixels, or too large for the format) leaves the old
+    // file alone: an empty file in its place would be a page lost.
+    const bool written = write_tga(writer, format, source, false, false);
     image.unlock();
-    return writer.close();
+    return written && writer.close();
 }
 
 }  // namespace Core

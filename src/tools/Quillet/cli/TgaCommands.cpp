@@ -38,6 +38,15 @@ bool ParseFormat(const std::string& text, Core::PixelFormat& format) {
     return false;
 }
 
+// TGA files have no 565 or 4444 form; the writer stores both as 555.
+void WarnOfDroppedBits(Core::PixelFormat format) {
+    if (format == Core::PIXEL_FORMAT_565)
+        std::cerr << "note: TGA files hold 565 pictures as 555: the lowest bit of green is "
+                     "dropped\n";
+    if (format == Core::PIXEL_FORMAT_4444)
+        std::cerr << "note: TGA files hold 4444 pictures as 555: alpha is dropped\n";
+}
+
 bool OpenReader(const std::string& path, Core::TgaReader& reader) {
     Core::init();
     if (reader.buffer.open(path.c_str())) return true;
@@ -56,10 +65,13 @@ int RunTgaInfo(const std::vector<std::string>& arguments) {
     if (!OpenReader(arguments[0], reader)) return kExitFailure;
     Core::TgaHeader header;
     Core::read_tga_header(reader, header);
-    std::cout << "type=" << int{header.image_type} << " width=" << header.width
-              << " height=" << header.height << " depth=" << int{header.pixel_depth}
-              << " descriptor=" << int{header.descriptor}
-              << " format=" << FormatName(Core::tga_format(header)) << '\n';
+    // Bytes that are no TGA header would print as a made-up one: nothing is printed for them.
+    if (Core::tga_format(header) != Core::TGA_FORMAT_ERROR) {
+        std::cout << "type=" << int{header.image_type} << " width=" << header.width
+                  << " height=" << header.height << " depth=" << int{header.pixel_depth}
+                  << " descriptor=" << int{header.descriptor}
+                  << " format=" << FormatName(Core::tga_format(header)) << '\n';
+    }
     reader.buffer.seek(0);
     if (OwnedImage(Core::load_tga(reader))) return kExitOk;
     std::cerr << kNotATga << '\n';
@@ -80,6 +92,13 @@ int RunTgaConvert(const std::vector<std::string>& arguments) {
         std::cerr << kNotATga << '\n';
         return kExitFailure;
     }
+    const Core::Size size = image->get_size();
+    if (size.width == 0 || size.height == 0) {
+        std::cerr << arguments[0] << " has no pixels; nothing is written to " << arguments[1]
+                  << '\n';
+        return kExitFailure;
+    }
+    WarnOfDroppedBits(format);
     if (!Core::save_tga(*image, arguments[1].c_str(), format)) {
         std::cerr << "Cannot write " << arguments[1] << '\n';
         return kExitWrite;

@@ -66,14 +66,18 @@ void read_tga_header(TgaReader& reader, TgaHeader& header);
 PixelFormat tga_format(const TgaHeader& header);
 // Reads the pixels behind a header just read into `destination`.
 bool read_tga_pixels(const PixelsLock& destination, TgaReader& reader, const TgaHeader& header);
-// A new picture in the file's own format, or null (and the reader back where it was).
+// A new picture in the file's own format, or null (and the reader back where it was). An
+// uncompressed file shorter than its header says is refused as damaged (the reason goes to
+// "system.log"); a run-length one must hold at least one packet for each 128 pixels.
 Image* load_tga(TgaReader& reader);
 // A new picture in `format`, or null (and the reader back where it was).
 Image* load_tga(TgaReader& reader, PixelFormat format);
 // Reads a picture into `destination`, scaling it with `filter` if the sizes differ.
 bool load_tga_sized(const PixelsLock& destination, int filter, TgaReader& reader);
 
-// Writes `image` to `path` as a file of `format`. False when the file cannot be written.
+// Writes `image` to `path` as a file of `format`. False, with the file at `path` left as it
+// was, when the picture has no pixels or is larger than a TGA file can describe, or when the
+// file cannot be written.
 bool save_tga(Image& image, const char* path, PixelFormat format);
 bool write_tga(TgaWriter& writer, PixelFormat format, const PixelsLock& source, bool right_to_left,
                bool top_to_bottom);
