@@ -1,10 +1,14 @@
+#include <functional>
+
 #include "ProjectFixture.h"
+#include "core_tga.h"
+#include "texture/TexturePageDoc.h"
 
 namespace {
 
-std::string Region(const std::string& name, int left) {
+std::string Region(const std::string& name, int left, int width = 8) {
     return "<region>" + name + "\n<left>" + std::to_string(left) +
-           "</left>\n<top>0</top>\n<right>" + std::to_string(left + 8) +
+           "</left>\n<top>0</top>\n<right>" + std::to_string(left + width) +
            "</right>\n<bottom>8</bottom>\n</region>\n";
 }
 
@@ -25,11 +29,11 @@ std::string Piece(const std::string& name, const std::string& object,
 }
 
 // Two pages in folders "menus" and "icons"; objects "a" and "b" use region "shared", "c"
-// uses "icon"; pages Main and Other show them.
+// uses "icon"; pages Main and Other show them. Region "wide" is twice as wide as the others.
 const std::string kProject =
     "<texture>menus.tga\n<path>menus</path>\n" + Region("shared", 0) + Region("lonely", 8) +
-    "</texture>\n" + "<texture>icons.tga\n<path>icons</path>\n" + Region("icon", 0) +
-    "</texture>\n" +
+    Region("wide", 16, 16) + "</texture>\n" + "<texture>icons.tga\n<path>icons</path>\n" +
+    Region("icon", 0) + "</texture>\n" +
     "<font>f.bgf\n<identifier>big</identifier>\n<lf_height>12</lf_height>\n</font>\n" +
     "<fmv>intro.mpg\n<identifier>intro_mpg</identifier>\n<left>0</left>\n<top>0</top>\n<right>64</"
     "right>\n"
@@ -53,6 +57,12 @@ protected:
         ASSERT_NE(project, nullptr);
     }
     std::string Page(const std::string& name) { return dir.File(name); }
+    std::unique_ptr<UI_ART> ArtOn(const std::string& name, const std::string& page,
+                                  const std::string& region) {
+        auto art = std::make_unique<UI_ART>(name);
+        art->regions.push_back({"art", page.empty() ? "" : Page(page), region});
+        return art;
+    }
     bool Has(const std::string& page, const std::string& piece) {
         return project->FindLayout(page).PieceExists(piece);
     }
@@ -148,6 +158,103 @@ TEST_F(CascadesTest, PiecesGoThroughTheOpenWindowOfTheirPage) {
     project->DeleteLayout("Main");
     EXPECT_FALSE(project->LayoutExists("Main"));
     EXPECT_TRUE(app.Templates()[2]->GetDocuments().empty());
+}
+
+// A view that notes, at each update, what the project looks like then.
+class WatchingView : public framework::View {
+public:
+    std::function<void()> watch;
+    int updates = 0;
+    void OnUpdate(framework::View*, long, void*) override {
+        ++updates;
+        if (watch) watch();
+    }
+    void CloseFrame() override {}
+};
+
+// Every change of the project reaches its views, after the change is made.
+TEST_F(CascadesTest, EveryChangeReachesTheViewsOnceItIsMade) {
+    WatchingView tree;
+    project->AddView(tree);
+    bool icons_shown = true;
+    tree.watch = [&] { icons_shown = project->TextureExists(Page("icons.tga")); };
+    ASSERT_TRUE(project->DeleteTexturePage(Page("icons.tga")));
+    EXPECT_FALSE(icons_shown) << "the last update came before the page went";
+    tree.watch = nullptr;
+    ui.boxes.clear();
+
+    const std::vector<std::function<void()>> changes{
+        [&] { project->CreateLayout("New"); },
+        [&] { project->CopyLayout("Main", "New"); },
+        [&] { project->AddPageTexturePath("New", "extra"); },
+        [&] { project->AddPageFmvPath("New", "films"); },
+        [&] { project->DeletePageTexturePath("New", "extra"); },
+        [&] { project->DeletePageFmvPath("New", "films"); },
+        [&] { project->AddCommonTexturePath("extra"); },
+        [&] { project->AddCommonFmvPath("films"); },
+        [&] { project->DeleteCommonTexturePath("extra"); },
+        [&] { project->DeleteCommonFmvPath("films"); },
+        [&] { project->AddFont("small", Page("small.bgf"), 8); },
+        [&] { project->AddFmv(Page("outro.mpg")); },
+        [&] { project->SetTextureFolder(Page("menus.tga"), "menus2"); },
+        [&] { project->SetFmvFolder("intro_mpg", "films"); },
+        [&] { project->DeleteLayout("New"); },
+    };
+    for (size_t index = 0; index < changes.size(); ++index) {
+        const int before = tree.updates;
+        changes[index]();
+        EXPECT_GT(tree.updates, before) << "change " << index;
+    }
+    EXPECT_TRUE(ui.boxes.empty());
+    project->RemoveView(tree);
+}
+
+// Undo gives back pieces exactly as they were, measured against the objects of their time.
+TEST_F(CascadesTest, UndoMeasuresPiecesAgainstTheSnapshotsOwnObjects) {
+    CountingView tree;
+    project->AddView(tree);
+    project->OpenLayout("Main");
+    ASSERT_EQ(project->FindLayout("Main").FindPiece("pb").scale_x, 1.0f);
+    ASSERT_TRUE(project->ReplaceObject("b", ArtOn("b", "menus.tga", "wide")));
+    project->OnEditUndo();
+    EXPECT_EQ(project->FindLayout("Main").FindPiece("pb").scale_x, 1.0f);
+    project->OnEditRedo();
+    EXPECT_EQ(project->FindLayout("Main").FindPiece("pb").scale_x, 1.0f);
+    project->RemoveView(tree);
+}
+
+// A page, movie or object that is not there names nothing: nothing else may go in its place.
+TEST_F(CascadesTest, DeletionsActOnlyOnWhatTheyName) {
+    project->AddObject(ArtOn("blank", "", ""));
+    EXPECT_FALSE(project->DeletePageTexturePath("Nowhere", "icons"));
+    EXPECT_FALSE(project->DeletePageTexturePath("", "icons"));
+    EXPECT_FALSE(project->DeletePageFmvPath("", "icons"));
+    EXPECT_TRUE(Has("Main", "pc"));
+    EXPECT_TRUE(Has("Other", "qc"));
+    EXPECT_FALSE(project->DeleteFmv(Page("nowhere.mpg")));
+    EXPECT_TRUE(project->ObjectExists("blank"));
+    std::vector<std::string> texts;
+    for (const auto& box : ui.boxes)
+        texts.push_back(box.text);
+    EXPECT_EQ(texts, (std::vector<std::string>{"Layout page not found", "Layout page not found",
+                                               "Layout page not found", "Fmv not found"}));
+
+    // Of two objects of one name, the one replaced is the first; the other stays.
+    project->AddObject(ArtOn("a", "menus.tga", "lonely"));
+    ASSERT_TRUE(project->ReplaceObject("a", ArtOn("a2", "menus.tga", "shared")));
+    EXPECT_TRUE(project->ObjectExists("a"));
+    EXPECT_TRUE(project->ObjectExists("a2"));
+}
+
+TEST_F(CascadesTest, DeletingARegionMarksItsOpenPage) {
+    Core::Image* picture = Core::create_image(32, 8, Core::PIXEL_FORMAT_8888);
+    ASSERT_TRUE(Core::save_tga(*picture, Page("menus.tga").c_str(), Core::PIXEL_FORMAT_8888));
+    Core::destroy_image(picture);
+    framework::Document* window = project->OpenTexture(Page("menus.tga"));
+    ASSERT_NE(window, nullptr);
+    window->SetModifiedFlag(false);
+    ASSERT_TRUE(project->DeleteRegion(Page("menus.tga"), "lonely", true));
+    EXPECT_TRUE(window->IsModified());
 }
 
 }  // namespace

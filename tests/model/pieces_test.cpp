@@ -148,6 +148,21 @@ TEST_F(PiecesTest, PageOperations) {
     EXPECT_EQ(ui.boxes.back().text, "Layout page not found");
 }
 
+// The project's own piece lookups answer softly for a page that is not there.
+TEST_F(PiecesTest, ProjectPieceLookupsAnswerNullForAMissingPage) {
+    Load(Piece("a", "") + Piece("b", ""));
+    QLT_FILE& layout = project->qlt_file();
+    EXPECT_EQ(layout.FindPiece("Main", "b"), &Main().pieces[1]);
+    EXPECT_EQ(layout.PieceIndex("Main", "b"), 1);
+    EXPECT_EQ(layout.FindPiece("Nowhere", "b"), nullptr);
+    EXPECT_EQ(layout.PieceIndex("Nowhere", "b"), -1);
+    EXPECT_TRUE(ui.boxes.empty());
+    EXPECT_EQ(layout.FindPiece("Main", "gone"), nullptr);
+    EXPECT_EQ(layout.PieceIndex("Main", "gone"), -1);
+    ASSERT_EQ(ui.boxes.size(), 1u);
+    EXPECT_EQ(ui.boxes[0].text, "Piece not found");
+}
+
 TEST_F(PiecesTest, DocumentOperationsEndAsTheTableSays) {
     Load(Piece("a", "<UI text>t\n<font_id>big</font_id>\n<align>left</align>\n</UI text>\n"));
     EXPECT_TRUE(project->CreateLayout("Options"));

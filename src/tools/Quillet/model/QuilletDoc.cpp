@@ -67,8 +67,9 @@ std::string PathKey(const std::string& path) {
 }  // namespace
 
 void CQuilletDoc::ReadApart(framework::Archive& archive, ProjectRecords& loaded) {
-    // The records held now stand first, as they do in the lists a load appends to.
-    const RecordIndex source{&records_, &loaded};
+    // Pages held now stand first, as they do in the lists a load appends to. Objects are
+    // those read alone: a load or a snapshot replaces every object of the project.
+    const RecordIndex source{{&records_, &loaded}, {&loaded}};
     ScopedRecordLookup scope(source);
     ReadProject(archive, loaded);
 }
@@ -92,6 +93,11 @@ void CQuilletDoc::AdoptRecords(ProjectRecords&& loaded) {
 void CQuilletDoc::ChangeMade() {
     SetModifiedFlag(true);
     TakeSnapshot();
+    UpdateAllViews(nullptr);
+}
+
+void CQuilletDoc::ChangeMadeWithoutSnapshot() {
+    SetModifiedFlag(true);
     UpdateAllViews(nullptr);
 }
 

@@ -173,8 +173,8 @@ protected:
     void RestoreSnapshot(const std::string& snapshot) override;
 
 private:
-    // Reads a file or snapshot into records of their own; objects read are measured against
-    // the pages held now, then those read.
+    // Reads a file or snapshot into records of their own; pieces read are measured against
+    // the objects read and the pages held now, then those read.
     void ReadApart(framework::Archive& archive, ProjectRecords& loaded);
     void AdoptRecords(ProjectRecords&& loaded);
     bool Confirm(const std::string& first, const std::string& name, const std::string& second,
@@ -182,11 +182,15 @@ private:
     // Removes the pieces of every page that `doomed` picks, one by one.
     template <typename Doomed>
     void RemovePiecesWhere(Doomed doomed);
-    bool DeleteFolderUsers(const std::string& folder, bool texture, const LPAGE* only_page);
+    // Removes the pieces that use the folder, on the one page named or, without one, on all.
+    bool DeleteFolderUsers(const std::string& folder, bool texture, const std::string* only_page);
     bool DeleteCommonPath(const std::string& folder, bool texture);
+    bool DeletePagePath(const std::string& page, const std::string& folder, bool texture);
     void DeleteObjectsUsingRegion(const std::string& region);
     // The three acts that end a change: modified, a snapshot, the views told.
     void ChangeMade();
+    // A change that takes no snapshot of its own: modified, and the views told.
+    void ChangeMadeWithoutSnapshot();
     // Modified, a snapshot if asked for.
     void PieceChanged(bool snapshot);
     void StepAndRefresh(bool (SnapshotUndo::*step)());

@@ -179,6 +179,11 @@ bool CQuilletDoc::DeleteRegion(const std::string& path, const std::string& name,
         DeleteObjectsUsingRegion(name);
     }
     FindTexture(path).RemoveRegion(name);
+    // An open window of the page must not keep the region's pixels for its next save.
+    if (framework::Document* window = OpenDocumentNamed(kTexturePageTemplate, path, true)) {
+        window->SetModifiedFlag(true);
+        window->UpdateAllViews(nullptr);
+    }
     ChangeMade();
     return true;
 }
@@ -193,23 +198,14 @@ bool CQuilletDoc::DeleteTexturePage(const std::string& path) {
             names.push_back(region.name);
     }
     // Every region is offered, even after a Cancel; any Cancel keeps the page.
-    for (const std::string& name : names) {
-        if (!DeleteRegion(path, name, true)) {
-            all_gone = false;
-            continue;
-        }
-        if (framework::Document* window = OpenDocumentNamed(kTexturePageTemplate, path, true)) {
-            window->SetModifiedFlag(true);
-            window->UpdateAllViews(nullptr);
-        }
-    }
+    for (const std::string& name : names)
+        all_gone = DeleteRegion(path, name, true) && all_gone;
     if (all_gone) {
         std::erase_if(records_.texture_pages,
                       [&path](const TPAGE& page) { return page.path == path; });
         TakePageOutput(path);  // a page added again later starts from its file
     }
-    SetModifiedFlag(true);
-    TakeSnapshot();
+    ChangeMade();
     return all_gone;
 }
 
@@ -235,6 +231,14 @@ bool CQuilletDoc::DeleteFont(const std::string& identifier) {
 }
 
 bool CQuilletDoc::DeleteFmv(const std::string& path) {
+    // A path the project does not have names no movie: its empty identifier would match
+    // every empty region slot of every object.
+    const auto& movies = records_.fmv_pages;
+    if (std::none_of(movies.begin(), movies.end(),
+                     [&path](const FMV_PAGE& movie) { return movie.path == path; })) {
+        ReportUnless(false, "Fmv not found");
+        return false;
+    }
     const std::string identifier = FindFmvByPath(path).identifier;
     if (RegionInUse(identifier) &&
         !Confirm("The following fmv is being used by a UI object:\n\n", identifier,
@@ -256,29 +260,27 @@ void CQuilletDoc::DeleteLayout(const std::string& name) {
                                     [&name](const LPAGE& page) { return page.name == name; });
     ReportUnless(found != layouts.end(), "Layout page not found");
     if (found != layouts.end()) layouts.erase(found);
-    SetModifiedFlag(true);
-    TakeSnapshot();
+    ChangeMade();
 }
 
 // The pieces go when they use the folder, even where another list keeps it legal.
 bool CQuilletDoc::DeleteFolderUsers(const std::string& folder, bool texture,
-                                    const LPAGE* only_page) {
+                                    const std::string* only_page) {
     const auto uses = [&](const UI_PIECE& piece) {
         const UI_OBJECT* object = ObjectNamed(piece.object_id);
         return object != nullptr && (texture ? ObjectUsesTextureFolder(*object, folder)
                                              : ObjectUsesFmvFolder(*object, folder));
     };
-    bool used = false;
-    for (const LPAGE& page : records_.qlt_file.layouts) {
-        if (only_page == nullptr || page.name == only_page->name)
-            used = used || std::any_of(page.pieces.begin(), page.pieces.end(), uses);
-    }
-    if (used && !Confirm(kPathFirst, folder, kPathSecond, "Confirm delete path")) return false;
-    const std::string page_name = only_page == nullptr ? std::string() : only_page->name;
-    RemovePiecesWhere([&](const LPAGE& page, const UI_PIECE& piece) {
-        return (page_name.empty() || page.name == page_name) && uses(piece);
+    const auto in_scope = [only_page](const LPAGE& page) {
+        return only_page == nullptr || page.name == *only_page;
+    };
+    const auto& layouts = records_.qlt_file.layouts;
+    const bool used = std::any_of(layouts.begin(), layouts.end(), [&](const LPAGE& page) {
+        return in_scope(page) && std::any_of(page.pieces.begin(), page.pieces.end(), uses);
     });
-    SetModifiedFlag(true);
+    if (used && !Confirm(kPathFirst, folder, kPathSecond, "Confirm delete path")) return false;
+    RemovePiecesWhere(
+        [&](const LPAGE& page, const UI_PIECE& piece) { return in_scope(page) && uses(piece); });
     return true;
 }
 
@@ -290,6 +292,7 @@ bool CQuilletDoc::DeleteCommonPath(const std::string& folder, bool texture) {
     ReportUnless(found != paths.end(),
                  texture ? "Common texture path not found" : "Common fmv path not found");
     if (found != paths.end()) paths.erase(found);
+    ChangeMadeWithoutSnapshot();
     return true;
 }
 
@@ -301,23 +304,34 @@ bool CQuilletDoc::DeleteCommonFmvPath(const std::string& folder) {
     return DeleteCommonPath(folder, false);
 }
 
-bool CQuilletDoc::DeletePageTexturePath(const std::string& page, const std::string& folder) {
-    if (!DeleteFolderUsers(folder, true, &FindLayout(page))) return false;
-    FindLayout(page).RemoveTexturePath(folder);
+// A page the project does not have is reported, and no piece of another page goes.
+bool CQuilletDoc::DeletePagePath(const std::string& page, const std::string& folder, bool texture) {
+    if (!LayoutExists(page)) {
+        FindLayout(page);
+        return false;
+    }
+    if (!DeleteFolderUsers(folder, texture, &page)) return false;
+    if (texture)
+        FindLayout(page).RemoveTexturePath(folder);
+    else
+        FindLayout(page).RemoveFmvPath(folder);
+    ChangeMadeWithoutSnapshot();
     return true;
 }
 
+bool CQuilletDoc::DeletePageTexturePath(const std::string& page, const std::string& folder) {
+    return DeletePagePath(page, folder, true);
+}
+
 bool CQuilletDoc::DeletePageFmvPath(const std::string& page, const std::string& folder) {
-    if (!DeleteFolderUsers(folder, false, &FindLayout(page))) return false;
-    FindLayout(page).RemoveFmvPath(folder);
-    return true;
+    return DeletePagePath(page, folder, false);
 }
 
 bool CQuilletDoc::AddCommonTexturePath(const std::string& folder) {
     auto& paths = records_.qlt_file.common_texture_paths;
     if (std::find(paths.begin(), paths.end(), folder) != paths.end()) return false;
     paths.push_back(folder);
-    SetModifiedFlag(true);
+    ChangeMadeWithoutSnapshot();
     return true;
 }
 
@@ -325,7 +339,7 @@ bool CQuilletDoc::AddCommonFmvPath(const std::string& folder) {
     auto& paths = records_.qlt_file.common_fmv_paths;
     if (std::find(paths.begin(), paths.end(), folder) != paths.end()) return false;
     paths.push_back(folder);
-    SetModifiedFlag(true);
+    ChangeMadeWithoutSnapshot();
     return true;
 }
 
@@ -353,7 +367,9 @@ bool CQuilletDoc::ReplaceObject(const std::string& old_name,
             RemovePieceFromPage(page, piece);
     }
     const std::string new_name = replacement->Name();
-    objects.erase(std::remove_if(objects.begin(), objects.end(), is_old), objects.end());
+    // The object replaced is the first of its name; a later one of the same name stays.
+    if (const auto old = std::find_if(objects.begin(), objects.end(), is_old); old != objects.end())
+        objects.erase(old);
     objects.push_back(std::move(replacement));
     for (LPAGE& page : records_.qlt_file.layouts) {
         for (UI_PIECE& piece : page.pieces) {

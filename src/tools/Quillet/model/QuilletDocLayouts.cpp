@@ -44,8 +44,7 @@ bool CQuilletDoc::CreateLayout(const std::string& name) {
     page.height = records_.qlt_file.layout_height;
     records_.qlt_file.layouts.push_back(std::move(page));
     OpenLayout(name);
-    SetModifiedFlag(true);
-    TakeSnapshot();
+    ChangeMade();
     return true;
 }
 
@@ -54,7 +53,7 @@ void CQuilletDoc::CopyLayout(const std::string& source, const std::string& new_n
     LPAGE& target = FindLayout(new_name);
     target.AssignFrom(copy);
     target.name = new_name;
-    SetModifiedFlag(true);
+    ChangeMadeWithoutSnapshot();
     for (framework::Document* page : OpenDocumentsOf(kLayoutPageTemplate)) {
         if (page->GetTitle() == new_name) page->UpdateAllViews(nullptr);
     }
@@ -62,12 +61,12 @@ void CQuilletDoc::CopyLayout(const std::string& source, const std::string& new_n
 
 void CQuilletDoc::AddPageTexturePath(const std::string& page, const std::string& folder) {
     FindLayout(page).AddTexturePath(folder);
-    SetModifiedFlag(true);
+    ChangeMadeWithoutSnapshot();
 }
 
 void CQuilletDoc::AddPageFmvPath(const std::string& page, const std::string& folder) {
     FindLayout(page).AddFmvPath(folder);
-    SetModifiedFlag(true);
+    ChangeMadeWithoutSnapshot();
 }
 
 void CQuilletDoc::AddPiece(const std::string& page, const UI_PIECE& piece, bool snapshot) {
@@ -139,7 +138,7 @@ bool CQuilletDoc::SetPieceTypesFile(const std::string& path) {
         return false;
     }
     FlagAllInUse(records_.qlt_file);
-    SetModifiedFlag(true);
+    ChangeMadeWithoutSnapshot();
     return true;
 }
 
@@ -148,7 +147,7 @@ bool CQuilletDoc::SetPieceTextsFile(const std::string& path) {
         ShowStop("Error in reading piece texts file: " + path, "File error");
         return false;
     }
-    SetModifiedFlag(true);
+    ChangeMadeWithoutSnapshot();
     return true;
 }
 

@@ -64,7 +64,7 @@ bool CQuilletDoc::SetTextureFolder(const std::string& path, const std::string& f
     ReportUnless(page != nullptr, "Texture not found");
     if (page == nullptr) return false;
     page->folder = folder;
-    SetModifiedFlag(true);
+    ChangeMadeWithoutSnapshot();
     return true;
 }
 
@@ -101,8 +101,7 @@ bool CQuilletDoc::AddFont(const std::string& identifier, const std::string& path
                           int32_t lf_height) {
     if (FontExists(identifier)) return false;
     records_.font_pages.push_back({identifier, path, lf_height});
-    SetModifiedFlag(true);
-    TakeSnapshot();
+    ChangeMade();
     return true;
 }
 
@@ -123,8 +122,7 @@ FONT_PAGE& CQuilletDoc::FindFontByPath(const std::string& path) {
 bool CQuilletDoc::AddFmv(const std::string& path) {
     if (FindIn(records_.fmv_pages, WithPath(path)) != nullptr) return false;
     records_.fmv_pages.emplace_back(path);
-    SetModifiedFlag(true);
-    TakeSnapshot();
+    ChangeMade();
     return true;
 }
 
@@ -146,7 +144,7 @@ bool CQuilletDoc::SetFmvFolder(const std::string& identifier, const std::string&
     ReportUnless(movie != nullptr, "Fmv not found");
     if (movie == nullptr) return false;
     movie->folder = folder;
-    SetModifiedFlag(true);
+    ChangeMadeWithoutSnapshot();
     return true;
 }
 

@@ -4,9 +4,10 @@
 
 size_t RecordIndex::CountRecords() const {
     size_t count = 0;
-    for (const ProjectRecords* records : lists_)
-        count +=
-            records->ui_objects.size() + records->texture_pages.size() + records->fmv_pages.size();
+    for (const ProjectRecords* records : page_lists_)
+        count += records->texture_pages.size() + records->fmv_pages.size();
+    for (const ProjectRecords* records : object_lists_)
+        count += records->ui_objects.size();
     return count;
 }
 
@@ -18,9 +19,11 @@ void RecordIndex::Refresh() const {
     pages_.clear();
     movies_.clear();
     objects_.reserve(count);
-    for (const ProjectRecords* records : lists_) {
+    for (const ProjectRecords* records : object_lists_) {
         for (const auto& object : records->ui_objects)
             objects_.emplace(object->Name(), object.get());
+    }
+    for (const ProjectRecords* records : page_lists_) {
         for (const TPAGE& page : records->texture_pages) {
             const auto [entry, added] = pages_.try_emplace(page.path);
             if (!added) continue;

@@ -153,3 +153,16 @@ const LPAGE* QLT_FILE::PageNamed(const std::string& name) const {
     const auto found = FindWhere(layouts, Named(name));
     return found == layouts.end() ? nullptr : &*found;
 }
+
+UI_PIECE* QLT_FILE::FindPiece(const std::string& page_name, const std::string& piece_name) {
+    const auto page = FindWhere(layouts, Named(page_name));
+    if (page == layouts.end()) return nullptr;
+    const auto found = FindWhere(page->pieces, Named(piece_name));
+    ReportUnless(found != page->pieces.end(), "Piece not found");
+    return found == page->pieces.end() ? nullptr : &*found;
+}
+
+int QLT_FILE::PieceIndex(const std::string& page_name, const std::string& piece_name) const {
+    const LPAGE* page = PageNamed(page_name);
+    return page == nullptr ? -1 : page->PieceIndex(piece_name);
+}

@@ -178,4 +178,9 @@ struct QLT_FILE {
     // The page `name`, or null; nothing is reported.
     const LPAGE* PageNamed(const std::string& name) const;
     bool PageExists(const std::string& name) const { return PageNamed(name) != nullptr; }
+    // The piece of a page, softly: null for a missing page, without a report; a missing
+    // piece of a page that exists is reported ("Piece not found") and answers null too.
+    UI_PIECE* FindPiece(const std::string& page_name, const std::string& piece_name);
+    // The piece's place on its page from 0; -1 when the page or the piece is missing.
+    int PieceIndex(const std::string& page_name, const std::string& piece_name) const;
 };
