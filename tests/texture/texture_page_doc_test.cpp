@@ -124,6 +124,32 @@ TEST_F(TexturePageDocTest, TheUnusedColourIsChosenOpaque) {
     EXPECT_EQ(page->GetUnusedColour(), (Colour{3, 2, 1, 0xFF})) << "cancelled";
 }
 
+// The regions of a page closed after a save keep their pictures, so reopening cuts nothing:
+// the colour it was saved with must come back all the same.
+TEST_F(TexturePageDocTest, APageReopenedAfterASaveKeepsItsUnusedColour) {
+    CQuilletDoc* project = StartWithPage({{"a", {0, 0, 8, 8}}});
+    CTexturePageDoc* page = OpenPage(*project);
+    page->CutRegions();
+    page->SetUnusedColour({1, 2, 3, 0xFF});
+    ASSERT_TRUE(project->DoFileSave());
+    page->OnCloseDocument();
+
+    page = OpenPage(*project);
+    EXPECT_FALSE(page->CutRegions());
+    EXPECT_EQ(page->GetUnusedColour(), (Colour{1, 2, 3, 0xFF}));
+    EXPECT_EQ(page->GetDisplayImage()->get_pixel(40, 40), (Colour{1, 2, 3, 0xFF}));
+    page->SetRegionPosition("a", 20, 20);
+    ASSERT_TRUE(project->DoFileSave());
+    EXPECT_EQ(LoadPage(page_path)->get_pixel(63, 63), (Colour{1, 2, 3, 0xFF}));
+}
+
+TEST_F(TexturePageDocTest, APageWithoutAPictureIsNotSaved) {
+    Start();
+    auto* empty = dynamic_cast<CTexturePageDoc*>(app.Templates()[1]->OpenDocumentFile(""));
+    ASSERT_NE(empty, nullptr);
+    EXPECT_FALSE(empty->SavePage());
+}
+
 TEST_F(TexturePageDocTest, APageWhoseFileIsNotAPictureClosesAndStaysInTheProject) {
     CQuilletDoc* project = StartWithPage({{"a", {0, 0, 4, 4}}});
     std::filesystem::resize_file(page_path, 10);

@@ -285,6 +285,43 @@ TEST_F(TexturePageViewTest, ParkedRegionsMoveToAnotherPageUnlessKeptForTheirObje
     EXPECT_EQ(destination.regions[0].image->get_pixel(0, 0), Core::Colour{});
 }
 
+// The destination is open but its window has not composed it yet, so its own regions are
+// not cut: they must be cut where they lie before the tiling moves them.
+TEST_F(TexturePageViewTest, RegionsMovedOntoAPageNotCutYetLeaveItsOwnRegionsWhole) {
+    const std::string other = WritePage("other.tga", 32, 32, Core::PIXEL_FORMAT_8888, 0x41);
+    page_path = WritePage("page.tga", 64, 64);
+    Start();
+    app.SetStatusPane(&status);
+    project = Open("project.qlt", ProjectText({{"page.tga", {{"moved", {80, 0, 96, 16}}}},
+                                               {"other.tga", {{"resident", {16, 16, 24, 24}}}}}));
+    ASSERT_NE(project, nullptr);
+    document = OpenPage(*project);
+    view = std::make_unique<CTexturePageView>(canvas);
+    document->AddView(*view);
+    view->OnUpdate(nullptr, 0, nullptr);
+    view->RebuildIfNeeded();
+    CTexturePageDoc* destination = project->OpenTexture(other);
+    RecordingCanvas other_canvas;
+    CTexturePageView other_view(other_canvas);
+    destination->AddView(other_view);
+
+    ui.forms.push_back([other](framework::Form& form) {
+        dynamic_cast<PageChooserForm&>(form).chosen = other;
+        return true;
+    });
+    view->OnCommand(commands::kCopyOutsideToExisting);
+
+    const TREGION& resident = project->RegionOfTexture(other, "resident");
+    ASSERT_NE(resident.rect, (PageRect{16, 16, 24, 24})) << "the tiling must move it";
+    ASSERT_NE(resident.image, nullptr);
+    EXPECT_EQ(resident.image->get_pixel(0, 0), SourceColour(16, 16, 0x41));
+    EXPECT_EQ(resident.image->get_pixel(7, 7), SourceColour(23, 23, 0x41));
+    EXPECT_EQ(project->RegionOfTexture(other, "moved").image->get_pixel(0, 0), Core::Colour{});
+    ASSERT_FALSE(status.texts.empty());
+    EXPECT_EQ(status.texts.back().rfind("Fit ratio = ", 0), 0u) << "tiled through its window";
+    destination->RemoveView(other_view);
+}
+
 TEST_F(TexturePageViewTest, ResizeShowsThePresentSizeAndTakesTheNewOne) {
     CTexturePageView& page = OpenView({});
     ui.forms.push_back([](framework::Form& form) {

@@ -65,8 +65,26 @@ TEST(ZoomViewTest, PointsMapBetweenDeviceAndPage) {
     EXPECT_EQ(view.DeviceToPage({5, 5}, {6, 6}), (Point{2, 2}));
     EXPECT_EQ(view.DeviceToPage({3, 3}, {0, 0}), (Point{0, 0})) << "a magnified pixel is one";
     canvas.scroll = {6, 9};
-    EXPECT_EQ(view.PageToClient({2, 3}), (Point{10, 13}));
-    EXPECT_EQ(view.PageRectToClient({1, 1, 3, 2}), (PageRect{0, -4, 8, 0}));
+    EXPECT_EQ(view.PageToClient({2, 3}), (Point{8, 12}));
+    EXPECT_EQ(view.PageRectToClient({1, 1, 3, 2}), (PageRect{-2, -5, 6, -1}));
+}
+
+// Whatever the scroll position, a click lands on the page pixel drawn under it.
+TEST(ZoomViewTest, ClicksLandOnThePixelDrawnUnderThem) {
+    ScrollCanvas canvas;
+    CZoomView view(canvas);
+    view.SetZoomedSize(64, 64);
+    for (int i = 0; i < 4; ++i)
+        view.ZoomIn(nullptr);
+    for (const int32_t scroll : {0, 1, 15, 16, 17, 31}) {
+        canvas.scroll = {scroll, scroll};
+        for (int32_t device = 0; device < 64; ++device) {
+            const Point page = view.DeviceToPage({device, device}, canvas.scroll);
+            const PageRect drawn = view.PageRectToClient({page.x, page.y, page.x + 1, page.y + 1});
+            EXPECT_TRUE(drawn.left <= device && device < drawn.right)
+                << "scroll " << scroll << ", device pixel " << device;
+        }
+    }
 }
 
 TEST(ZoomViewTest, OutlinesAreRefreshedAsFourStripsAndDrawnInsideTheExclusiveEdges) {

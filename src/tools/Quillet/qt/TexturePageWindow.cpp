@@ -156,8 +156,8 @@ void TexturePageWidget::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(viewport());
     painter.fillRect(viewport()->rect(), Qt::white);
     if (Core::Image* buffer = view_.BackBuffer()) {
-        // The page pixel under the window's corner is drawn from the corner, each pixel a
-        // square of the zoom's side: one nearest-pixel blit of what the window shows.
+        // Page pixel p covers p * zoom - scroll onward, a square of the zoom's side, the cell
+        // a click maps back to: one nearest-pixel blit of what the window shows.
         const Core::Size size = buffer->get_size();
         // The alpha byte is not shown, as a 32-bit picture on a screen has none.
         const QImage page(static_cast<const uchar*>(buffer->get_data()), size.width, size.height,
@@ -167,7 +167,7 @@ void TexturePageWidget::paintEvent(QPaintEvent* /*event*/) {
         const QRect source(scroll.x / zoom, scroll.y / zoom, viewport()->width() / zoom + 2,
                            viewport()->height() / zoom + 2);
         const QRect shown = source.intersected(page.rect());
-        const QRect target((shown.x() - source.x()) * zoom, (shown.y() - source.y()) * zoom,
+        const QRect target(shown.x() * zoom - scroll.x, shown.y() * zoom - scroll.y,
                            shown.width() * zoom, shown.height() * zoom);
         painter.drawImage(target, page, shown);
     }

@@ -159,6 +159,13 @@ bool CTexturePageDoc::OpenPage(const std::string& path) {
     output_.image.reset(Core::copy_image(*loaded, Core::PIXEL_FORMAT_8888));
     if (output_.image == nullptr) return false;
     FinishPage(path);
+    // The page was saved with its unused colour wherever no region lies. Its regions may
+    // hold their pictures from an earlier window, and then none is cut to find it again.
+    Core::Colour unused;
+    if (FindUnusedColour(unused)) {
+        output_.unused_colour = unused;
+        MakeDisplayImage();
+    }
     return true;
 }
 
@@ -183,7 +190,7 @@ void CTexturePageDoc::MakeDisplayImage() {
 }
 
 bool CTexturePageDoc::SavePage() {
-    if (output_.image == nullptr) return true;
+    if (output_.image == nullptr) return false;
     SetTitle(GetPathName());
     if (!WritePage(output_, Page())) return false;
     SetModifiedFlag(false);

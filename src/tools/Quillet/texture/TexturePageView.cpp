@@ -489,6 +489,9 @@ void CTexturePageView::OnImport() {
 
 void CTexturePageView::MoveRegionsOutside(CTexturePageDoc* source, CTexturePageDoc* destination) {
     if (source == nullptr || destination == nullptr || source == destination) return;
+    // A page just opened has not been cut into its regions yet: cut it before anything moves
+    // on it, or its regions would be cut at their new places.
+    destination->CutRegions();
     std::vector<TREGION> outside;
     for (const TREGION& region : source->Page().regions) {
         if (IsRectEmpty(IntersectRect(region.rect, page_rect_))) outside.push_back(region);
@@ -498,8 +501,11 @@ void CTexturePageView::MoveRegionsOutside(CTexturePageDoc* source, CTexturePageD
         // A region kept for its UI objects stays where it was.
         if (!source->DeleteRegion(region.name, true)) destination->DeleteRegion(region.name, false);
     }
-    const auto* destination_view = dynamic_cast<CTexturePageView*>(destination->GetFirstView());
-    destination->TileRegions(TILE_BEST_FIT, destination_view ? destination_view->Spacing() : 0);
+    // Through the destination's window when it has one: its status line and selection follow.
+    if (auto* destination_view = dynamic_cast<CTexturePageView*>(destination->GetFirstView()))
+        destination_view->Tile(TILE_BEST_FIT);
+    else
+        destination->TileRegions(TILE_BEST_FIT, 0);
     moving_ = selected_ = false;
     needs_rebuild_ = true;
     canvas_.PostRebuild();

@@ -54,17 +54,16 @@ Point CZoomView::DeviceToPage(Point device, Point scroll) const {
     return {map(device.x, scroll.x), map(device.y, scroll.y)};
 }
 
+// Page pixel p is drawn from p * zoom in the scrolled area, the grid that DeviceToPage reads
+// clicks on, whatever the scroll position.
 Point CZoomView::PageToClient(Point page) const {
-    const Point scroll = canvas_.ScrollPosition();
-    return {ToDevice(page.x, zoom_, scroll.x % zoom_), ToDevice(page.y, zoom_, scroll.y % zoom_)};
+    return {ToDevice(page.x, zoom_, 0), ToDevice(page.y, zoom_, 0)};
 }
 
 PageRect CZoomView::PageRectToClient(const PageRect& rect) const {
     const Point scroll = canvas_.ScrollPosition();
-    const int32_t dx = scroll.x % zoom_ - scroll.x;
-    const int32_t dy = scroll.y % zoom_ - scroll.y;
-    return {ToDevice(rect.left, zoom_, dx), ToDevice(rect.top, zoom_, dy),
-            ToDevice(rect.right, zoom_, dx), ToDevice(rect.bottom, zoom_, dy)};
+    return {ToDevice(rect.left, zoom_, -scroll.x), ToDevice(rect.top, zoom_, -scroll.y),
+            ToDevice(rect.right, zoom_, -scroll.x), ToDevice(rect.bottom, zoom_, -scroll.y)};
 }
 
 void CZoomView::RefreshRect(const PageRect& rect) {

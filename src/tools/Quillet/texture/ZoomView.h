@@ -38,7 +38,8 @@ public:
 
     // A mouse point to page pixels: a click anywhere on a magnified pixel lands on it.
     Point DeviceToPage(Point device, Point scroll) const;
-    // A page point to the coordinates the view draws in.
+    // A page point to the coordinates the view draws in: the scrolled area, where page pixel
+    // p covers p * zoom to (p + 1) * zoom, the cells DeviceToPage maps clicks to.
     Point PageToClient(Point page) const;
     // A page rectangle to window coordinates, for refreshing.
     PageRect PageRectToClient(const PageRect& rect) const;
