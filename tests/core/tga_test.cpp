@@ -125,7 +125,8 @@ TEST(TgaReadTest, RefusedFilesLeaveTheReaderWhereItWas) {
          {Header(2, 1, 1, 24, 8) + "abc", Header(0, 1, 1, 32, 8) + "abcd",
           Header(2, 65535, 65535, 32, 8) + "tiny", std::string("\x00\x00\x02", 3),
           Header(1, 65535, 40000, 8, 0, 0, 2, 24) + std::string(4096, '\x01'),
-          Header(10, 65535, 65535, 32, 8) + std::string(4096, '\x7f')}) {
+          Header(10, 65535, 65535, 32, 8) + std::string(4096, '\x7f'),
+          Header(1, 65534, 65535, 0, 0, 5888, 1, 24) + std::string(6, '\0')}) {
         TgaReader reader = Reader("xx" + refused);
         reader.buffer.seek(2);
         EXPECT_EQ(load_tga(reader), nullptr);

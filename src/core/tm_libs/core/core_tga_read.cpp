@@ -198,8 +198,12 @@ bool read_colour_mapped(const PixelsLock& destination, ByteSource& source, const
 // The fewest bytes behind the header that can hold the picture it claims: all of it for the
 // uncompressed types, and the best packing run-length allows (128 pixels a packet) for the
 // others. A header that claims more is refused before anything large is allocated.
+bool is_colour_mapped(const TgaHeader& header) {
+    return header.image_type == 1 || header.image_type == 9;
+}
+
 uint64_t least_pixel_data(const TgaHeader& header) {
-    const bool indexed = header.image_type == 1 || header.image_type == 9;
+    const bool indexed = is_colour_mapped(header);
     const uint64_t element =
         indexed ? header.pixel_depth / 8u : bytes_per_pixel(tga_format(header));
     const uint64_t map =
@@ -211,6 +215,10 @@ uint64_t least_pixel_data(const TgaHeader& header) {
 }
 
 bool could_hold(const TgaHeader& header, uint64_t remaining) {
+    // Indices of other sizes are refused by the reader anyway: refuse them before a picture
+    // of the claimed size is made for nothing.
+    if (is_colour_mapped(header) && header.pixel_depth != 8 && header.pixel_depth != 16)
+        return false;
     const uint64_t needed = least_pixel_data(header);
     if (needed <= remaining) return true;
     CORE_LOG(system_log(), warning)
