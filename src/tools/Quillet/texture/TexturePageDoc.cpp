@@ -159,10 +159,14 @@ bool CTexturePageDoc::OpenPage(const std::string& path) {
     output_.image.reset(Core::copy_image(*loaded, Core::PIXEL_FORMAT_8888));
     if (output_.image == nullptr) return false;
     FinishPage(path);
-    // The page was saved with its unused colour wherever no region lies. Its regions may
-    // hold their pictures from an earlier window, and then none is cut to find it again.
+    // Cutting finds the unused colour. Regions that kept their pictures from an earlier
+    // window are not cut again: the colour the page was saved with is found here instead.
+    const std::vector<TREGION>& regions = Page().regions;
+    const bool all_cut = !regions.empty() &&
+                         std::all_of(regions.begin(), regions.end(),
+                                     [](const TREGION& region) { return region.image != nullptr; });
     Core::Colour unused;
-    if (FindUnusedColour(unused)) {
+    if (all_cut && FindUnusedColour(unused)) {
         output_.unused_colour = unused;
         MakeDisplayImage();
     }
