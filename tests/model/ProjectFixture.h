@@ -55,10 +55,11 @@ protected:
         project.UpdateAllViews(nullptr);
     }
 
-    // Opens a layout page window and makes it the active one.
-    CLayoutPageDoc* OpenLayoutPage(const std::string& title) {
-        framework::Document* page = app.Templates()[2]->OpenDocumentFile("");
-        page->SetTitle(title);
-        return dynamic_cast<CLayoutPageDoc*>(page);
+    // Opens the window of the layout page `name`, created as the command does (a change
+    // with its snapshot) when the project has none, and makes it the active one.
+    CLayoutPageDoc* OpenLayoutPage(const std::string& name) {
+        CQuilletDoc* project = GetProjectDoc();
+        if (!project->CreateLayout(name)) project->OpenLayout(name);
+        return dynamic_cast<CLayoutPageDoc*>(app.GetActiveDocument());
     }
 };

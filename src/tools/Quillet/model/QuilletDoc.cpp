@@ -2,10 +2,10 @@
 
 #include <algorithm>
 
+#include "LayoutPageLink.h"
 #include "ProjectFile.h"
 #include "RecordIndex.h"
 #include "framework/Application.h"
-#include "layout/LayoutPageDoc.h"
 #include "open_documents.h"
 #include "qlt_errors.h"
 #include "qlt_paths.h"
@@ -158,13 +158,20 @@ void CQuilletDoc::OnEditRedo() {
 }
 
 void CQuilletDoc::StepAndRefresh(bool (SnapshotUndo::*step)()) {
-    auto* active = dynamic_cast<CLayoutPageDoc*>(App().GetActiveDocument());
-    if (active == nullptr || GetFirstView() == nullptr) return;
+    if (dynamic_cast<LayoutPageLink*>(App().GetActiveDocument()) == nullptr ||
+        GetFirstView() == nullptr)
+        return;
     if (!(this->*step)()) return;
     // The project differs from its file now, whatever the file was.
     SetModifiedFlag(true);
-    for (framework::Document* page : OpenDocumentsOf(kLayoutPageTemplate)) {
-        if (page->GetTitle() == active->GetTitle()) page->UpdateAllViews(nullptr);
+    // Every open page shows the restored pieces; a page the snapshot does not have closes.
+    for (framework::Document* window : OpenDocumentsOf(kLayoutPageTemplate)) {
+        auto* page = dynamic_cast<LayoutPageLink*>(window);
+        if (page == nullptr) continue;
+        if (LayoutExists(page->PageName()))
+            page->RebuildPieceData();
+        else
+            window->OnCloseDocument();
     }
     UpdateAllViews(nullptr);
 }

@@ -112,6 +112,11 @@ public:
                       bool snapshot);
     void ReplacePiece(const std::string& page, const std::string& name, const UI_PIECE& piece);
     void DeletePiece(const std::string& page, const std::string& piece, bool snapshot);
+    // The z sort dialog's OK: each name of `order` in turn takes its piece (the first of that
+    // name not moved yet) to the end of the page's list, so the list ends in that order.
+    // One change with one snapshot; answers the names the page does not have.
+    std::vector<std::string> ReorderPieces(const std::string& page,
+                                           const std::vector<std::string>& order);
     // Copies the identifier, attributes, edit group and lock of one piece onto another.
     void CopyAttributes(const std::string& page, const std::string& destination,
                         const std::string& source);

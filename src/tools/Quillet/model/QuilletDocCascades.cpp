@@ -2,9 +2,9 @@
 #include <algorithm>
 #include <optional>
 
+#include "LayoutPageLink.h"
 #include "QuilletDoc.h"
 #include "framework/Application.h"
-#include "layout/LayoutPageDoc.h"
 #include "open_documents.h"
 #include "report.h"
 #include "texture/TexturePageDoc.h"
@@ -121,8 +121,8 @@ bool CQuilletDoc::ObjectLegalOnAllPages(const std::string& name,
 
 void CQuilletDoc::RemovePieceFromPage(const std::string& page, const std::string& piece) {
     if (auto* window =
-            dynamic_cast<CLayoutPageDoc*>(OpenDocumentNamed(kLayoutPageTemplate, page, false))) {
-        window->DeletePiece(piece);
+            dynamic_cast<LayoutPageLink*>(OpenDocumentNamed(kLayoutPageTemplate, page, false))) {
+        window->RemovePieceThroughWindow(piece);
         SetModifiedFlag(true);
         return;
     }

@@ -1,10 +1,11 @@
 // The project document's operations on layout pages and pieces.
 #include <algorithm>
+#include <iterator>
 
+#include "LayoutPageLink.h"
 #include "QuilletDoc.h"
 #include "framework/Application.h"
 #include "framework/View.h"
-#include "layout/LayoutPageDoc.h"
 #include "open_documents.h"
 #include "piece_files.h"
 #include "report.h"
@@ -27,10 +28,10 @@ framework::Document* CQuilletDoc::OpenLayout(const std::string& name) {
         return BringForward(open);
     const framework::Application& application = App();
     if (application.Templates().size() <= kLayoutPageTemplate) return nullptr;
-    auto* page = dynamic_cast<CLayoutPageDoc*>(
-        application.Templates()[kLayoutPageTemplate]->OpenDocumentFile(""));
-    if (page != nullptr) page->Initialise(name);
-    return page;
+    framework::Document* window =
+        application.Templates()[kLayoutPageTemplate]->OpenDocumentFile("");
+    if (auto* page = dynamic_cast<LayoutPageLink*>(window)) page->Initialise(FindLayout(name));
+    return window;
 }
 
 bool CQuilletDoc::CreateLayout(const std::string& name) {
@@ -98,6 +99,29 @@ void CQuilletDoc::DeletePiece(const std::string& page, const std::string& piece,
     FindLayout(page).RemovePiece(piece);
     PieceChanged(snapshot);
     UpdateAllViews(nullptr);
+}
+
+std::vector<std::string> CQuilletDoc::ReorderPieces(const std::string& page,
+                                                    const std::vector<std::string>& order) {
+    std::vector<UI_PIECE>& pieces = FindLayout(page).pieces;
+    std::vector<UI_PIECE> moved;
+    std::vector<std::string> missing;
+    for (const std::string& name : order) {
+        const auto named = [&name](const UI_PIECE& piece) { return piece.name == name; };
+        if (const auto unmoved = std::find_if(pieces.begin(), pieces.end(), named);
+            unmoved != pieces.end()) {
+            moved.push_back(std::move(*unmoved));
+            pieces.erase(unmoved);
+        } else if (const auto again = std::find_if(moved.begin(), moved.end(), named);
+                   again != moved.end()) {
+            std::rotate(again, again + 1, moved.end());
+        } else {
+            missing.push_back(name);
+        }
+    }
+    std::move(moved.begin(), moved.end(), std::back_inserter(pieces));
+    ChangeMade();
+    return missing;
 }
 
 void CQuilletDoc::CopyAttributes(const std::string& page, const std::string& destination,

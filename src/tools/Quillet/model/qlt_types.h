@@ -21,6 +21,13 @@ struct Point {
     friend bool operator==(const Point&, const Point&) = default;
 };
 
+// The size of a page in pixels.
+struct PageSize {
+    int32_t width = 0;
+    int32_t height = 0;
+    friend bool operator==(const PageSize&, const PageSize&) = default;
+};
+
 // A rectangle in page pixels; right and bottom are exclusive.
 struct PageRect {
     int32_t left = 0;

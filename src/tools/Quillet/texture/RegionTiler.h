@@ -31,11 +31,6 @@ struct TileRecord {
     PageRect rect;
 };
 
-struct PageSize {
-    int32_t width = 0;
-    int32_t height = 0;
-};
-
 // The comparison of the key `order` (0 to 3), qsort style for largest first: 1 when a goes
 // after b, otherwise -1. It never answers 0.
 int CompareTileRecords(int order, const TileRecord& a, const TileRecord& b);

@@ -1,0 +1,4 @@
+// Placeholder: being written.
+#include <benchmark/benchmark.h>
+
+BENCHMARK_MAIN();

@@ -1,0 +1,7 @@
+#include "RenderCommand.h"
+
+#include "QltCommands.h"
+
+int RunRender(const std::vector<std::string>& /*arguments*/) {
+    return kExitFailure;
+}
