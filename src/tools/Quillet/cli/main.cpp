@@ -7,6 +7,7 @@
 
 #include "DemoProject.h"
 #include "QltCommands.h"
+#include "RenderCommand.h"
 #include "TgaCommands.h"
 #include "TileCommand.h"
 
@@ -25,6 +26,7 @@ const std::vector<Command>& Commands() {
         {"tga", "info", "tga info FILE", RunTgaInfo},
         {"tga", "convert", "tga convert IN OUT FORMAT", RunTgaConvert},
         {"tile", "", "tile PROJECT.qlt PAGE ORDER [SPACING]", RunTile},
+        {"render", "", "render PROJECT.qlt LAYOUT OUT.tga", RunRender},
         {"demo", "", "demo DIR", RunDemo},
     };
     return commands;
