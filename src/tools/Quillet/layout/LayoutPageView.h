@@ -9,7 +9,9 @@
 #pragma once
 
 #include <array>
+#include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -19,6 +21,8 @@
 #include "ZSortList.h"
 #include "framework/View.h"
 #include "texture/ZoomView.h"
+
+class UI_OBJECT;
 
 // The tool; the values are those the format's tools always had.
 enum class UserSelectType : int32_t {
@@ -106,6 +110,14 @@ public:
     void OnKeyUp(int virtual_key);
     // Runs a command by its number; false for one the view does not know.
     bool OnCommand(int command);
+    // Sets the cursor for the tool through the canvas: what the window does whenever the
+    // mouse moves over the page with no button held, and when it enters the page.
+    void OnSetCursor();
+    // Ends any drag or band without committing it, as before a box is shown: the button's
+    // release would go to the box.
+    void CancelDrag();
+    // The distinct non-empty group ids and edit group ids of the page, in page order.
+    void RebuildGroupLists();
 
     // The z sort dialog went (OK, Cancel or its window closed): the list is deleted later,
     // never inside the dialog's own close handling.
@@ -129,6 +141,65 @@ public:
     bool IsZSortOpen() const { return z_sort_ != nullptr; }
 
 private:
+    enum class Axis { Horizontal, Vertical };
+    enum class AlignKind { Left, HorizontalCentre, Right, Top, VerticalCentre, Bottom };
+    enum class SizeKind { Width, Height, Both };
+
+    LPAGE* Page() const;
+    PageSize PageSizeNow() const;
+    // The piece's object, or null without a box: the view measures while painting.
+    static const UI_OBJECT* ObjectOf(const UI_PIECE& piece);
+    // PieceRect, or the corner alone for a piece whose object is missing.
+    static PageRect RectOf(const UI_PIECE& piece);
+    // A change of scale as a 32-bit float; a side that had no length keeps its scale.
+    static float ScaleFactor(int32_t length, int32_t original);
+    // Where the piece is shown: moved or resized as far as a drag has gone.
+    PageRect ShownRect(const UI_PIECE& piece) const;
+    Point ToPage(Point device) const;
+    std::vector<UI_PIECE> SelectedPieces() const;
+    // The first selected piece that holds `p`, in selection order.
+    std::optional<UI_PIECE> SelectedPieceAt(Point p) const;
+    // The topmost piece under `p` that is not locked.
+    std::optional<UI_PIECE> UnlockedPieceAt(Point p) const;
+    bool ResizeUnderWay() const;
+
+    void SelectPiece(const std::string& name, bool clear_first);
+    void SelectEditGroup(const std::string& group, bool clear_first);
+    void BeginSelection(bool clear_first);
+    bool HitTestEdges(Point p, const PageRect& r, const PageRect& minimum, bool horizontal_ok,
+                      bool vertical_ok);
+    // The edge test of a piece, with its object's minimum size and slider axes.
+    bool HitTestPiece(Point p, const UI_PIECE& piece);
+    void PressOnPage(Point p);
+    void AddBandToSelection();
+    void MoveDrag(Point delta, bool commit);
+    void ResizeDrag(Point delta, bool commit);
+    void DeleteSelection();
+    void Nudge(Point delta);
+    PageRect SelectionBounds() const;
+    void InvalidateSelection();
+    void InvalidateSelectionOutline();
+    // Mode 0: `text` (when not null) becomes the status text; mode 1: the selection line.
+    void UpdateStatusText(int mode, const char* text = nullptr);
+    void ShowCursor(LayoutCursor cursor);
+    void ChooseTool(UserSelectType tool);
+    void StepZoom(bool in, const Point* focus);
+    void OnZSort();
+    // A soft check of the view: the mouse is let go and any drag ends before the box.
+    void ReportFromView(bool condition, const std::string& text);
+
+    // The commands over the selection.
+    bool OnSelectionCommand(int command);
+    // Runs `change` as one undo step, with the selection refreshed before and after.
+    void ChangeAsOneStep(const std::function<void()>& change);
+    PageRect AverageRect() const;
+    void CentreOnPage(Axis axis);
+    void Align(AlignKind kind);
+    void MakeSameSize(SizeKind kind);
+    void SpaceEvenly(Axis axis);
+    void SnapCentres();
+    void TakeSnapshot();
+
     LayoutPageCanvas& canvas_;
     LayoutRenderer renderer_;
     ImagePtr back_buffer_;
