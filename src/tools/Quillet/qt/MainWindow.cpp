@@ -10,6 +10,7 @@
 #include <QStyle>
 #include <QToolBar>
 
+#include "LayoutPageWindow.h"
 #include "MdiFrame.h"
 #include "ProjectTreeView.h"
 #include "QtProfileStore.h"
@@ -22,6 +23,7 @@ namespace {
 
 constexpr int kProjectTemplate = 0;
 constexpr int kTexturePageTemplate = 1;
+constexpr int kLayoutPageTemplate = 2;
 
 const QString kGeometryKey = QStringLiteral("MainWindow/geometry");
 const QString kStateKey = QStringLiteral("MainWindow/state");
@@ -36,6 +38,19 @@ void OpenFrame(QMdiArea& area, framework::Document& document, QSize size) {
     frame->resize(size);
     frame->show();
     view->OnUpdate(nullptr, 0, nullptr);
+}
+
+// Puts a new page window of `document` in the MDI area; answers the window's view.
+template <typename Window>
+auto& OpenPageWindow(QMdiArea& area, framework::Document& document, QSize size) {
+    auto* window = new Window;
+    auto& view = window->Page().View();
+    document.AddView(view);
+    auto* frame = new MdiFrame(view, view, window);
+    area.addSubWindow(frame);
+    frame->resize(size);
+    frame->show();
+    return view;
 }
 
 }  // namespace
@@ -129,7 +144,8 @@ void MainWindow::CreateMenus() {
                {});
 
     CreateViewMenu();
-    CreateTexturePageMenu();
+    texture_page_menu_ = CreatePageMenu<TexturePageWindow>(tr("&T-Page"));
+    layout_page_menu_ = CreatePageMenu<LayoutPageWindow>(tr("&Layout"));
 
     QMenu* window = menuBar()->addMenu(tr("&Window"));
     AddCommand(window, kWindowCascade, tr("&Cascade"), tr("Arrange windows so they overlap"), {},
@@ -158,16 +174,18 @@ void MainWindow::CreateViewMenu() {
     actions_.insert(commands::kViewStatusBar, toggle_status);
 }
 
-void MainWindow::CreateTexturePageMenu() {
-    texture_page_menu_ = menuBar()->addMenu(tr("&T-Page"));
-    TexturePageWindow::FillMenu(*texture_page_menu_, [this] {
+template <typename Window>
+QMenu* MainWindow::CreatePageMenu(const QString& title) {
+    QMenu* menu = menuBar()->addMenu(title);
+    Window::FillMenu(*menu, [this] {
         QMdiSubWindow* active = mdi_area_->activeSubWindow();
-        return active != nullptr ? qobject_cast<TexturePageWindow*>(active->widget()) : nullptr;
+        return active != nullptr ? qobject_cast<Window*>(active->widget()) : nullptr;
     });
-    texture_page_menu_->menuAction()->setVisible(false);
-    for (QAction* action : texture_page_menu_->actions()) {
+    menu->menuAction()->setVisible(false);
+    for (QAction* action : menu->actions()) {
         if (!action->isSeparator()) actions_.insert(action->data().toInt(), action);
     }
+    return menu;
 }
 
 void MainWindow::FillToolBar() {
@@ -206,15 +224,13 @@ void MainWindow::CreateFrameFactories() {
         OpenFrame<ProjectTreeView>(*mdi_area_, document, QSize(340, 560));
     });
     app_.Templates()[kTexturePageTemplate]->SetFrameFactory([this](framework::Document& document) {
-        auto* window = new TexturePageWindow;
-        FramedView<CTexturePageView>& view = window->Page().View();
-        document.AddView(view);
-        auto* frame = new MdiFrame(view, view, window);
-        mdi_area_->addSubWindow(frame);
-        frame->resize(560, 560);
-        frame->show();
+        auto& view = OpenPageWindow<TexturePageWindow>(*mdi_area_, document, QSize(560, 560));
         view.OnInitialUpdate();
         view.OnUpdate(nullptr, 0, nullptr);
+    });
+    // A layout page window stands empty until the project gives it its page.
+    app_.Templates()[kLayoutPageTemplate]->SetFrameFactory([this](framework::Document& document) {
+        OpenPageWindow<LayoutPageWindow>(*mdi_area_, document, QSize(560, 480));
     });
 }
 
@@ -261,8 +277,11 @@ void MainWindow::OnAppAbout() {
 }
 
 void MainWindow::OnSubWindowActivated(QMdiSubWindow* window) {
-    texture_page_menu_->menuAction()->setVisible(
-        window != nullptr && qobject_cast<TexturePageWindow*>(window->widget()) != nullptr);
+    const QWidget* content = window != nullptr ? window->widget() : nullptr;
+    texture_page_menu_->menuAction()->setVisible(qobject_cast<const TexturePageWindow*>(content) !=
+                                                 nullptr);
+    layout_page_menu_->menuAction()->setVisible(qobject_cast<const LayoutPageWindow*>(content) !=
+                                                nullptr);
     auto* frame = qobject_cast<MdiFrame*>(window);
     if (frame != nullptr) app_.SetActiveDocument(frame->GetView().GetDocument());
 }

@@ -39,7 +39,9 @@ private:
                         const QKeySequence& keys, std::function<void()> handler);
     void CreateMenus();
     void CreateViewMenu();
-    void CreateTexturePageMenu();
+    // The menu of a kind of page window, shown while such a window is active.
+    template <typename Window>
+    QMenu* CreatePageMenu(const QString& title);
     void FillToolBar();
     void CreateFrameFactories();
     void RefreshRecentFiles();
@@ -58,6 +60,7 @@ private:
     QLabel* message_pane_ = nullptr;
     QMenu* recent_menu_ = nullptr;
     QMenu* texture_page_menu_ = nullptr;  // shown while a texture page window is active
+    QMenu* layout_page_menu_ = nullptr;   // shown while a layout page window is active
     QToolBar* tool_bar_ = nullptr;
     QMap<int, QAction*> actions_;
 };

@@ -1,38 +1,38 @@
 // The texture page window: the page in a scroll area, with its toolbar above it.
 #pragma once
 
-#include <QAbstractScrollArea>
 #include <QTimer>
 #include <QWidget>
 #include <functional>
 
 #include "MdiFrame.h"
+#include "ZoomScrollArea.h"
 #include "texture/TexturePageView.h"
 
 class QMenu;
 class QToolBar;
 
 // The scroll area that shows the composed page and passes the person's input to the view.
-class TexturePageWidget : public QAbstractScrollArea, public TexturePageCanvas {
+class TexturePageWidget : public ZoomScrollArea, public TexturePageCanvas {
     Q_OBJECT
 public:
     TexturePageWidget();
 
     FramedView<CTexturePageView>& View() { return view_; }
 
-    Point ScrollPosition() const override;
-    void SetScrollSizes(int32_t width, int32_t height) override;
-    void ScrollToPosition(Point position) override;
-    void Invalidate(const PageRect& rect) override;
-    void InvalidateAll() override;
-    void PostRebuild() override;
+    Point ScrollPosition() const override { return CurrentScroll(); }
+    void SetScrollSizes(int32_t width, int32_t height) override { SetContentSize(width, height); }
+    void ScrollToPosition(Point position) override { ScrollTo(position); }
+    void Invalidate(const PageRect& rect) override { RepaintRect(rect); }
+    void InvalidateAll() override { viewport()->update(); }
+    void PostRebuild() override { PostRebuildOnce(); }
     // Qt keeps the mouse for the widget a button went down on, so capture asks for nothing.
     void SetCapture() override {}
     void ReleaseCapture() override {}
     void SetCursor(CursorShape shape) override;
     void StartTimer(int id, int milliseconds) override;
     void KillTimer(int id) override;
-    void PlaceFrame(int32_t width, int32_t height) override;
+    void PlaceFrame(int32_t width, int32_t height) override { PlaceMdiFrame(width, height); }
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -40,17 +40,11 @@ protected:
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
-    void resizeEvent(QResizeEvent* event) override;
-    void scrollContentsBy(int dx, int dy) override;
 
 private:
-    void UpdateBars();
-
     FramedView<CTexturePageView> view_{*this};
-    QSize content_size_;
     QTimer ants_timer_;
     int ants_timer_id_ = 0;
-    bool rebuild_posted_ = false;
 };
 
 // The page window's content: the toolbar and the page.
