@@ -168,4 +168,34 @@ TEST(CompositorTest, BlendArithmeticAndStretchSampling) {
     EXPECT_EQ(target_pixels[4].blue, 2);
 }
 
+// The blit's shortcuts for opaque and all-zero pixels must give the blend's own bytes.
+TEST(CompositorTest, BlendingAtFullStrengthGivesThePixelRuleForEveryAlpha) {
+    const Colour below{0x10, 0x80, 0xF0, 0x7F};
+    for (const uint8_t alpha : std::initializer_list<uint8_t>{0, 1, 0x7F, 0x80, 0xFE, 0xFF}) {
+        for (const uint8_t value : std::initializer_list<uint8_t>{0, 1, 0x80, 0xFF}) {
+            Colour source_pixel{value, static_cast<uint8_t>(255 - value), value, alpha};
+            Colour target_pixel = below;
+            alpha_blend(Pixels<Colour>(&target_pixel, 1, 1, 4), {0, 0, 1, 1},
+                        Pixels<const Colour>(&source_pixel, 1, 1, 4), 255);
+            EXPECT_EQ(target_pixel, blend_pixel(below, source_pixel, 255))
+                << int{alpha} << " " << int{value};
+        }
+    }
+    // One pixel stretched over an area (a tint) blends it into every pixel below.
+    const Colour tint{0x00, 0x00, 0xFF, 0x80};
+    for (const uint8_t strength : std::initializer_list<uint8_t>{128, 255}) {
+        Colour row[3] = {below, {0xCD, 0xCD, 0xCD, 0xFF}, {}};
+        const Colour before[3] = {row[0], row[1], row[2]};
+        alpha_blend(Pixels<Colour>(row, 3, 1, 12), {0, 0, 3, 1},
+                    Pixels<const Colour>(&tint, 1, 1, 4), strength);
+        for (int index = 0; index < 3; ++index)
+            EXPECT_EQ(row[index], blend_pixel(before[index], tint, strength));
+    }
+    Colour clear{};
+    Colour target_pixel = below;
+    alpha_blend(Pixels<Colour>(&target_pixel, 1, 1, 4), {0, 0, 1, 1},
+                Pixels<const Colour>(&clear, 1, 1, 4), 255);
+    EXPECT_EQ(target_pixel, below);
+}
+
 }  // namespace

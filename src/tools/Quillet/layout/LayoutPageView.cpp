@@ -204,7 +204,7 @@ void CLayoutPageView::RebuildIfNeeded() {
         const LPAGE* page = Page();
         if (page == nullptr) continue;
         const PageSize size = document->GetPageSize();
-        back_buffer_ = renderer_.Render(*page, size);
+        back_buffer_ = renderer_.Render(*page, size, std::move(back_buffer_));
         SetZoomedSize(size.width, size.height);
     }
     rebuilding_ = false;

@@ -112,11 +112,16 @@ bool Drawable(PageSize size) {
 
 }  // namespace
 
-ImagePtr LayoutRenderer::Render(const LPAGE& page, PageSize size) {
-    ImagePtr picture(Drawable(size) ? Core::create_image(static_cast<uint32_t>(size.width),
+ImagePtr LayoutRenderer::Render(const LPAGE& page, PageSize size, ImagePtr previous) {
+    const bool reusable = previous != nullptr &&
+                          previous->get_format() == Core::PIXEL_FORMAT_8888 &&
+                          previous->get_size() == Core::Size{size.width, size.height};
+    ImagePtr picture = reusable ? std::move(previous)
+                       : Drawable(size)
+                           ? ImagePtr(Core::create_image(static_cast<uint32_t>(size.width),
                                                          static_cast<uint32_t>(size.height),
-                                                         Core::PIXEL_FORMAT_8888)
-                                    : nullptr);
+                                                         Core::PIXEL_FORMAT_8888))
+                           : nullptr;
     if (picture == nullptr) {
         boxes_.Tell("Unable to create tpage");
         return nullptr;

@@ -14,10 +14,11 @@ public:
     // The largest page side that can be drawn.
     static constexpr int32_t kLargestSide = 16384;
 
-    // A new PIXEL_FORMAT_8888 picture of `page` at `size`, through the open project; null
+    // A PIXEL_FORMAT_8888 picture of `page` at `size`, through the open project; null
     // ("Unable to create tpage") when a side is negative or above kLargestSide or the
-    // picture cannot be made.
-    ImagePtr Render(const LPAGE& page, PageSize size);
+    // picture cannot be made. `previous`, the picture of an earlier drawing, is drawn over
+    // anew when it has that size, which spares a page-sized allocation at every change.
+    ImagePtr Render(const LPAGE& page, PageSize size, ImagePtr previous = nullptr);
 
     // The region pictures kept from one drawing to the next.
     const RegionCache& Cache() const { return cache_; }
