@@ -126,7 +126,6 @@ std::unique_ptr<UI_OBJECT> Slider(const std::string& name, const std::string& pa
         WithRegions<UI_PUSH_BUTTON>("Decrease", {Slot("enabled", page, "arrow_up")}));
     slider->parts.push_back(
         WithRegions<UI_PUSH_BUTTON>("Increase", {Slot("enabled", page, "arrow_down")}));
-    slider->Arrange();
     return slider;
 }
 
@@ -178,6 +177,9 @@ ProjectRecords BuildRecords(const fs::path& folder) {
     objects.push_back(
         WithRegions<UI_SCROLL_BOX>("save_list", {Slot("scroll_box", menu, "list_frame")}));
     objects.push_back(Slider("list_slider", menu));
+    // A slider lays its parts out by their regions' sizes: the page's regions must be known.
+    const RecordIndex index{&records};
+    const ScopedRecordLookup scope(index);
     for (auto& object : objects)
         object->Arrange();
 
