@@ -2,24 +2,18 @@
 
 #include <iostream>
 
-#include "CliUserInterface.h"
+#include "HeadlessEditor.h"
 #include "QltCommands.h"
 #include "core_tga.h"
-#include "framework/ProfileStore.h"
 #include "layout/LayoutRenderer.h"
-#include "model/QuilletDoc.h"
-#include "shell/QuilletApp.h"
 
 int RunRender(const std::vector<std::string>& arguments) {
     if (arguments.size() != 3) {
         std::cerr << "usage: quillet-cli render PROJECT.qlt LAYOUT OUT.tga\n";
         return kExitUsage;
     }
-    CliUserInterface ui;
-    framework::MemoryProfileStore profile;
-    CQuilletApp app(ui, profile);
-    if (!app.InitInstance({}, nullptr)) return kExitFailure;
-    auto* project = dynamic_cast<CQuilletDoc*>(app.OpenDocumentFile(arguments[0]));
+    HeadlessEditor editor;
+    CQuilletDoc* project = editor.Open(arguments[0]);
     if (project == nullptr) return kExitUnreadable;
     const LPAGE* page = project->qlt_file().PageNamed(arguments[1]);
     if (page == nullptr) {

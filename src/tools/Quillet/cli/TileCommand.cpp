@@ -3,12 +3,9 @@
 #include <cstdio>
 #include <iostream>
 
-#include "CliUserInterface.h"
+#include "HeadlessEditor.h"
 #include "QltCommands.h"
-#include "framework/ProfileStore.h"
-#include "model/QuilletDoc.h"
 #include "model/qlt_paths.h"
-#include "shell/QuilletApp.h"
 #include "texture/TexturePageDoc.h"
 
 namespace {
@@ -45,11 +42,8 @@ int RunTile(const std::vector<std::string>& arguments) {
                      "3 circumference, 4 best fit\n";
         return kExitUsage;
     }
-    CliUserInterface ui;
-    framework::MemoryProfileStore profile;
-    CQuilletApp app(ui, profile);
-    if (!app.InitInstance({}, nullptr)) return kExitFailure;
-    auto* project = dynamic_cast<CQuilletDoc*>(app.OpenDocumentFile(arguments[0]));
+    HeadlessEditor editor;
+    CQuilletDoc* project = editor.Open(arguments[0]);
     if (project == nullptr) return kExitUnreadable;
     const std::string path = PagePath(arguments[1], project->GetPathName());
     if (!project->TextureExists(path)) {

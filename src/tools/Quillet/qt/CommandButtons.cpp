@@ -1,6 +1,8 @@
 #include "CommandButtons.h"
 
 #include <QPixmap>
+#include <QToolBar>
+#include <QVBoxLayout>
 
 QIcon DrawnIcon(const std::function<void(QPainter&)>& draw) {
     QPixmap pixmap(16, 16);
@@ -20,4 +22,24 @@ QIcon LabelIcon(const QString& label) {
         painter.drawRect(0, 0, 15, 15);
         painter.drawText(QRect(0, 0, 16, 16), Qt::AlignCenter, label);
     });
+}
+
+PageWindow::PageWindow() {
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    tool_bar_ = new QToolBar(this);
+    tool_bar_->setIconSize(QSize(16, 16));
+    layout->addWidget(tool_bar_);
+}
+
+void PageWindow::SetPage(QWidget* page) {
+    static_cast<QVBoxLayout*>(layout())->addWidget(page, 1);
+}
+
+QAction* PageWindow::Action(int command) const {
+    for (QAction* action : tool_bar_->actions()) {
+        if (action->data().toInt() == command) return action;
+    }
+    return nullptr;
 }

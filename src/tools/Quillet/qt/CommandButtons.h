@@ -6,8 +6,11 @@
 #include <QIcon>
 #include <QPainter>
 #include <QString>
+#include <QWidget>
 #include <functional>
 #include <span>
+
+class QToolBar;
 
 struct CommandButton {
     int command;             // 0: a separator
@@ -47,3 +50,20 @@ void AddCommandButtons(Widget& widget, std::span<const CommandButton> buttons,
         QObject::connect(action, &QAction::triggered, &widget, [run, command] { run(command); });
     }
 }
+
+// A page window's content: the toolbar of the page's commands above the page.
+class PageWindow : public QWidget {
+    Q_OBJECT
+public:
+    // The action of a command of the toolbar, or null.
+    QAction* Action(int command) const;
+
+protected:
+    PageWindow();
+    QToolBar& ToolBar() const { return *tool_bar_; }
+    // Puts the page below the toolbar, taking all the room left.
+    void SetPage(QWidget* page);
+
+private:
+    QToolBar* tool_bar_ = nullptr;
+};

@@ -6,7 +6,6 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QToolBar>
-#include <QVBoxLayout>
 #include <cmath>
 
 #include "CommandButtons.h"
@@ -16,26 +15,6 @@
 namespace {
 
 using namespace commands;
-
-// Windows virtual-key numbers of the keys the view answers.
-int VirtualKey(int qt_key) {
-    switch (qt_key) {
-        case Qt::Key_Control:
-            return 17;
-        case Qt::Key_Left:
-            return 37;
-        case Qt::Key_Up:
-            return 38;
-        case Qt::Key_Right:
-            return 39;
-        case Qt::Key_Down:
-            return 40;
-        case Qt::Key_Delete:
-            return 46;
-        default:
-            return 0;
-    }
-}
 
 QCursor QtCursor(LayoutCursor cursor) {
     switch (cursor) {
@@ -64,11 +43,6 @@ QCursor QtCursor(LayoutCursor cursor) {
             break;
     }
     return Qt::ArrowCursor;
-}
-
-Point PointOf(const QMouseEvent* event) {
-    const QPoint at = event->position().toPoint();
-    return {at.x(), at.y()};
 }
 
 // The pen of the dash-dot-dot outlines: 9 on, 3 off, 3 on, 3 off, 3 on, 3 off, one device
@@ -324,20 +298,13 @@ void LayoutPageWidget::keyReleaseEvent(QKeyEvent* event) {
         QAbstractScrollArea::keyReleaseEvent(event);
 }
 
-LayoutPageWindow::LayoutPageWindow() {
-    auto* layout = new QVBoxLayout(this);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(0);
-    tool_bar_ = new QToolBar(this);
-    tool_bar_->setIconSize(QSize(16, 16));
-    page_ = new LayoutPageWidget;
-    layout->addWidget(tool_bar_);
-    layout->addWidget(page_, 1);
+LayoutPageWindow::LayoutPageWindow() : page_(new LayoutPageWidget) {
+    SetPage(page_);
     FillToolBar();
 }
 
 void LayoutPageWindow::FillToolBar() {
-    AddCommandButtons(*tool_bar_, kButtons, DrawnPicture, [this](int command) {
+    AddCommandButtons(ToolBar(), kButtons, DrawnPicture, [this](int command) {
         page_->View().OnCommand(command);
         page_->setFocus();
     });
@@ -355,11 +322,4 @@ void LayoutPageWindow::FillMenu(QMenu& menu, std::function<LayoutPageWindow*()> 
     AddCommandButtons(menu, kButtons, DrawnPicture, [active](int command) {
         if (LayoutPageWindow* window = active()) window->Action(command)->trigger();
     });
-}
-
-QAction* LayoutPageWindow::Action(int command) const {
-    for (QAction* action : tool_bar_->actions()) {
-        if (action->data().toInt() == command) return action;
-    }
-    return nullptr;
 }

@@ -4,12 +4,12 @@
 #include <QWidget>
 #include <functional>
 
+#include "CommandButtons.h"
 #include "MdiFrame.h"
 #include "ZoomScrollArea.h"
 #include "layout/LayoutPageView.h"
 
 class QMenu;
-class QToolBar;
 class ZSortDialog;
 
 // The scroll area that shows the page and passes the person's input to the view.
@@ -55,15 +55,13 @@ private:
     ZSortDialog* z_sort_dialog_ = nullptr;
 };
 
-// The page window's content: the toolbar and the page.
-class LayoutPageWindow : public QWidget {
+// The page window: its toolbar above the page.
+class LayoutPageWindow : public PageWindow {
     Q_OBJECT
 public:
     LayoutPageWindow();
 
     LayoutPageWidget& Page() { return *page_; }
-    // The action of a command of the toolbar, or null.
-    QAction* Action(int command) const;
     // Fills `menu` with the toolbar's commands, in its order and with its separators; each
     // runs in the window that `active` answers when it is chosen (none: nothing happens).
     static void FillMenu(QMenu& menu, std::function<LayoutPageWindow*()> active);
@@ -71,6 +69,5 @@ public:
 private:
     void FillToolBar();
 
-    QToolBar* tool_bar_ = nullptr;
-    LayoutPageWidget* page_ = nullptr;
+    LayoutPageWidget* page_;
 };

@@ -5,30 +5,11 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QToolBar>
-#include <QVBoxLayout>
 
 #include "CommandButtons.h"
 #include "shell/CommandIds.h"
 
 namespace {
-
-// Windows virtual-key numbers of the keys the view answers.
-int VirtualKey(int qt_key) {
-    switch (qt_key) {
-        case Qt::Key_Left:
-            return 37;
-        case Qt::Key_Up:
-            return 38;
-        case Qt::Key_Right:
-            return 39;
-        case Qt::Key_Down:
-            return 40;
-        case Qt::Key_Delete:
-            return 46;
-        default:
-            return 0;
-    }
-}
 
 Qt::CursorShape QtCursor(CursorShape shape) {
     switch (shape) {
@@ -62,11 +43,6 @@ QPen PenFor(OutlinePen pen, int ant_step) {
     dashed.setDashPattern({static_cast<qreal>(ants.dashes[0]), static_cast<qreal>(ants.dashes[1]),
                            static_cast<qreal>(ants.dashes[2]), static_cast<qreal>(ants.dashes[3])});
     return dashed;
-}
-
-Point PointOf(const QMouseEvent* event) {
-    const QPoint at = event->position().toPoint();
-    return {at.x(), at.y()};
 }
 
 }  // namespace
@@ -179,20 +155,13 @@ QIcon DrawnPicture(int command) {
 
 }  // namespace
 
-TexturePageWindow::TexturePageWindow() {
-    auto* layout = new QVBoxLayout(this);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(0);
-    tool_bar_ = new QToolBar(this);
-    tool_bar_->setIconSize(QSize(16, 16));
-    page_ = new TexturePageWidget;
-    layout->addWidget(tool_bar_);
-    layout->addWidget(page_, 1);
+TexturePageWindow::TexturePageWindow() : page_(new TexturePageWidget) {
+    SetPage(page_);
     FillToolBar();
 }
 
 void TexturePageWindow::FillToolBar() {
-    AddCommandButtons(*tool_bar_, kButtons, DrawnPicture, [this](int command) {
+    AddCommandButtons(ToolBar(), kButtons, DrawnPicture, [this](int command) {
         page_->View().OnCommand(command);
         page_->setFocus();
     });
@@ -202,11 +171,4 @@ void TexturePageWindow::FillMenu(QMenu& menu, std::function<TexturePageWindow*()
     AddCommandButtons(menu, kButtons, DrawnPicture, [active](int command) {
         if (TexturePageWindow* window = active()) window->Action(command)->trigger();
     });
-}
-
-QAction* TexturePageWindow::Action(int command) const {
-    for (QAction* action : tool_bar_->actions()) {
-        if (action->data().toInt() == command) return action;
-    }
-    return nullptr;
 }

@@ -5,12 +5,12 @@
 #include <QWidget>
 #include <functional>
 
+#include "CommandButtons.h"
 #include "MdiFrame.h"
 #include "ZoomScrollArea.h"
 #include "texture/TexturePageView.h"
 
 class QMenu;
-class QToolBar;
 
 // The scroll area that shows the composed page and passes the person's input to the view.
 class TexturePageWidget : public ZoomScrollArea, public TexturePageCanvas {
@@ -47,15 +47,13 @@ private:
     int ants_timer_id_ = 0;
 };
 
-// The page window's content: the toolbar and the page.
-class TexturePageWindow : public QWidget {
+// The page window: its toolbar above the page.
+class TexturePageWindow : public PageWindow {
     Q_OBJECT
 public:
     TexturePageWindow();
 
     TexturePageWidget& Page() { return *page_; }
-    // The action of a command of the toolbar, or null.
-    QAction* Action(int command) const;
     // Fills `menu` with the toolbar's commands, in its order and with its separators; each
     // runs in the window that `active` answers when it is chosen (none: nothing happens).
     static void FillMenu(QMenu& menu, std::function<TexturePageWindow*()> active);
@@ -63,6 +61,5 @@ public:
 private:
     void FillToolBar();
 
-    QToolBar* tool_bar_ = nullptr;
-    TexturePageWidget* page_ = nullptr;
+    TexturePageWidget* page_;
 };

@@ -1,5 +1,6 @@
 #include "ZoomScrollArea.h"
 
+#include <QMouseEvent>
 #include <QPainter>
 #include <QScrollBar>
 
@@ -9,6 +10,30 @@ ZoomScrollArea::ZoomScrollArea(std::function<int()> zoom, std::function<void()> 
     : zoom_(std::move(zoom)), rebuild_(std::move(rebuild)) {
     viewport()->setMouseTracking(true);
     setFocusPolicy(Qt::StrongFocus);
+}
+
+int ZoomScrollArea::VirtualKey(int qt_key) {
+    switch (qt_key) {
+        case Qt::Key_Control:
+            return 17;
+        case Qt::Key_Left:
+            return 37;
+        case Qt::Key_Up:
+            return 38;
+        case Qt::Key_Right:
+            return 39;
+        case Qt::Key_Down:
+            return 40;
+        case Qt::Key_Delete:
+            return 46;
+        default:
+            return 0;
+    }
+}
+
+Point ZoomScrollArea::PointOf(const QMouseEvent* event) {
+    const QPoint at = event->position().toPoint();
+    return {at.x(), at.y()};
 }
 
 Point ZoomScrollArea::CurrentScroll() const {

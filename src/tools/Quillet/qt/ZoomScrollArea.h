@@ -17,6 +17,12 @@ public:
     ZoomScrollArea(std::function<int()> zoom, std::function<void()> rebuild);
 
 protected:
+    // The Windows virtual-key number the views answer for a key (17 Control, 37 to 40 the
+    // arrows, 46 Delete), or 0 for any other key.
+    static int VirtualKey(int qt_key);
+    // A mouse event's point in window pixels.
+    static Point PointOf(const QMouseEvent* event);
+
     Point CurrentScroll() const;
     void SetContentSize(int32_t width, int32_t height);
     void ScrollTo(Point position);
