@@ -56,6 +56,26 @@ TEST_F(LayoutViewTest, ADragMovesThePieceOnlyWhenTheButtonGoesUp) {
     EXPECT_EQ(Selected(), std::vector<std::string>{"a"});
 }
 
+// A box that opens while the page is drawn takes the button's release: the drag ends there.
+TEST_F(LayoutViewTest, ABoxWhileDrawingEndsTheDragUnderWay) {
+    CLayoutPageView& page = OpenView(Box("a", 10, 10));
+    page.OnLButtonDown({15, 15}, false);
+    ASSERT_TRUE(page.IsDragging());
+    auto ghost = std::make_unique<UI_ART>("ghost");
+    ghost->regions.push_back({"art", page_path, "no_such_region"});
+    project->AddObject(std::move(ghost));
+    UI_PIECE piece;
+    piece.name = "g";
+    piece.object_id = "ghost";
+    document->AddPiece(piece);
+    page.RebuildIfNeeded();
+    ASSERT_FALSE(ui.boxes.empty());
+    EXPECT_FALSE(page.IsDragging());
+    EXPECT_FALSE(canvas.captured);
+    page.OnMouseMove({40, 40});
+    EXPECT_EQ(Corner("a"), (Point{10, 10}));
+}
+
 TEST_F(LayoutViewTest, OutlinesAreInWindowCoordinates) {
     CLayoutPageView& page = OpenView(Box("a", 10, 10));
     Click({15, 15});

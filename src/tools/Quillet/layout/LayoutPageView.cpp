@@ -204,7 +204,13 @@ void CLayoutPageView::RebuildIfNeeded() {
         const LPAGE* page = Page();
         if (page == nullptr) continue;
         const PageSize size = document->GetPageSize();
+        const size_t boxes = renderer_.BoxesShown();
         back_buffer_ = renderer_.Render(*page, size, std::move(back_buffer_));
+        // A box took the button's release: a drag under way when it opened has ended.
+        if (renderer_.BoxesShown() != boxes) {
+            canvas_.ReleaseCapture();
+            CancelDrag();
+        }
         SetZoomedSize(size.width, size.height);
     }
     rebuilding_ = false;

@@ -22,6 +22,8 @@ public:
 
     // The region pictures kept from one drawing to the next.
     const RegionCache& Cache() const { return cache_; }
+    // How many boxes the renderer has shown: a window compares it around a drawing.
+    size_t BoxesShown() const { return boxes_.Told(); }
 
 private:
     RegionCache cache_;

@@ -24,6 +24,8 @@ class CQuilletDoc;
 class BoxesOnce {
 public:
     void Tell(const std::string& text);
+    // How many boxes were shown so far.
+    size_t Told() const { return told_.size(); }
 
 private:
     std::set<std::string> told_;
