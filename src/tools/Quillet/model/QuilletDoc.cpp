@@ -5,6 +5,7 @@
 #include "LayoutPageLink.h"
 #include "ProjectFile.h"
 #include "RecordIndex.h"
+#include "SaveGuard.h"
 #include "framework/Application.h"
 #include "open_documents.h"
 #include "qlt_errors.h"
@@ -108,6 +109,8 @@ bool CQuilletDoc::OnOpenDocument(const std::string& path) {
 }
 
 bool CQuilletDoc::OnSaveDocument(const std::string& path) {
+    const std::unique_ptr<SaveGuard> guard = BeginSave(path);
+    if (!guard) return false;
     if (!WriteChangedPages() || !Document::OnSaveDocument(path)) return false;
     ClearAllModified();
     return true;

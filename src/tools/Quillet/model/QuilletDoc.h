@@ -7,12 +7,14 @@
 
 #include <cstdint>
 #include <exception>
+#include <memory>
 #include <string>
 
 #include "SnapshotUndo.h"
 #include "framework/Document.h"
 #include "project_records.h"
 
+class SaveGuard;
 struct PageOutput;
 class CTexturePageDoc;
 struct TextureDialogData;
@@ -200,6 +202,9 @@ private:
     void PieceChanged(bool snapshot);
     void StepAndRefresh(bool (SnapshotUndo::*step)());
 
+    // What must be checked and held before a save to `path` writes anything; null when the
+    // save must not go on. The guard lives until the files are in place.
+    std::unique_ptr<SaveGuard> BeginSave(const std::string& path);
     // Writes the pages kept from closed windows and those of open windows with changes.
     bool WriteChangedPages();
 
