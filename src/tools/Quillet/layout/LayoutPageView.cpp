@@ -390,6 +390,8 @@ void CLayoutPageView::OnLButtonUp(Point device) {
         }
         resizing_ = dragging_ = false;
         has_selection_ = true;
+        // The outlines turn from the drag's blue back to black.
+        InvalidateSelectionOutline();
         UpdateStatusText(1);
     }
     if (rubber_band_) AddBandToSelection();
