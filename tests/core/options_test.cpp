@@ -68,8 +68,10 @@ TEST_F(OptionsTest, FirstSourceWinsAndResponseFilesAreRead) {
     const std::string response = dir.Write("opts.txt", "[test]\nresponse = r\nline = late\n");
     const std::string file = dir.Write("options.ini", "test.file = f\ntest.response = late\n");
 
-    int callbacks = 0;
-    Core::Options::instance().on_parsed([&callbacks] { ++callbacks; });
+    // The registry outlives the test and calls back at every later parse: the count must too.
+    static int callbacks = 0;
+    callbacks = 0;
+    Core::Options::instance().on_parsed([] { ++callbacks; });
     EXPECT_TRUE(
         Core::Options::instance().parse("--test.line first @" + response, nullptr, file.c_str()));
     EXPECT_EQ(from_line, "first");
@@ -85,8 +87,10 @@ TEST_F(OptionsTest, FailedStagesMakeTheParseFalseAndLaterStagesStillRun) {
     Declare("test.later", &later);
     TempDir dir;
     const std::string file = dir.Write("options.ini", "test.later = read\n");
-    int callbacks = 0;
-    Core::Options::instance().on_parsed([&callbacks] { ++callbacks; });
+    // The registry outlives the test and calls back at every later parse: the count must too.
+    static int callbacks = 0;
+    callbacks = 0;
+    Core::Options::instance().on_parsed([] { ++callbacks; });
     EXPECT_FALSE(Core::Options::instance().parse("--test.single a --test.single b --nonsense",
                                                  nullptr, file.c_str()));
     EXPECT_EQ(later, "read");
