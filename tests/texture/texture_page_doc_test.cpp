@@ -147,7 +147,8 @@ TEST_F(TexturePageDocTest, APageWithoutAPictureIsNotSaved) {
     Start();
     auto* empty = dynamic_cast<CTexturePageDoc*>(app.Templates()[1]->OpenDocumentFile(""));
     ASSERT_NE(empty, nullptr);
-    EXPECT_FALSE(empty->SavePage());
+    std::string bytes;
+    EXPECT_FALSE(empty->SavePage(bytes));
 }
 
 TEST_F(TexturePageDocTest, APageWhoseFileIsNotAPictureClosesAndStaysInTheProject) {
@@ -193,9 +194,13 @@ TEST_F(TexturePageDocTest, APageThatCannotBeWrittenStopsTheSaveAndStaysModified)
     std::filesystem::create_directory(page_path);
     ui.boxes.clear();
 
+    // The folder stands where the page was read from: the save asks first.
+    ui.answers = {framework::Answer::Yes};
     EXPECT_FALSE(project->DoFileSave());
-    ASSERT_EQ(ui.boxes.size(), 1u);
-    EXPECT_EQ(ui.boxes[0].text, "Cannot save " + page_path);
+    ASSERT_EQ(ui.boxes.size(), 2u);
+    EXPECT_EQ(ui.boxes[0].text,
+              page_path + " has changed on disk since it was read or last saved. Overwrite it?");
+    EXPECT_EQ(ui.boxes[1].text, "Cannot save " + page_path + ": Is a directory");
     EXPECT_TRUE(page->IsModified());
     EXPECT_TRUE(project->IsModified());
     EXPECT_EQ(ReadFile(project->GetPathName()), project_file);

@@ -1,14 +1,12 @@
 #include "core_atomic_file.h"
 
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+
+#include "core_file_transaction.h"
 
 namespace Core {
 namespace {
@@ -17,54 +15,13 @@ std::string system_reason() {
     return std::strerror(errno);
 }
 
-bool write_all(int descriptor, std::string_view bytes) {
-    while (!bytes.empty()) {
-        const ssize_t written = ::write(descriptor, bytes.data(), bytes.size());
-        if (written < 0) {
-            if (errno == EINTR) continue;
-            return false;
-        }
-        bytes.remove_prefix(static_cast<size_t>(written));
-    }
-    return true;
-}
-
-// The mode a new file would get from the umask, or the mode of the file being replaced.
-mode_t mode_for(const std::string& path) {
-    struct stat existing {};
-    if (::stat(path.c_str(), &existing) == 0) return existing.st_mode & 07777;
-    const mode_t mask = ::umask(0);
-    ::umask(mask);
-    return 0666 & ~mask;
-}
-
 }  // namespace
 
 bool write_file_atomically(const std::string& path, std::string_view bytes, std::string& error) {
-    const std::filesystem::path target(path);
-    std::filesystem::path folder = target.parent_path();
-    if (folder.empty()) folder = ".";
-    // A hidden name beside the target, ".NAME.XXXXXX", for mkstemp to fill in.
-    std::filesystem::path hidden = ".";
-    hidden += target.filename();
-    hidden += ".XXXXXX";
-    std::string temporary = (folder / hidden).string();
-
-    const int descriptor = ::mkstemp(temporary.data());
-    if (descriptor < 0) {
-        error = system_reason();
-        return false;
-    }
-    const bool written = write_all(descriptor, bytes) &&
-                         ::fchmod(descriptor, mode_for(path)) == 0 && ::fsync(descriptor) == 0;
-    const std::string reason = written ? std::string() : system_reason();
-    const bool closed = ::close(descriptor) == 0;
-    if (!written || !closed || ::rename(temporary.c_str(), path.c_str()) != 0) {
-        error = !reason.empty() ? reason : system_reason();
-        ::unlink(temporary.c_str());
-        return false;
-    }
-    return true;
+    FileTransaction transaction;
+    if (transaction.stage(path, bytes) && transaction.commit()) return true;
+    error = transaction.failure().reason;
+    return false;
 }
 
 bool read_whole_file(const std::string& path, std::string& bytes, std::string& error) {

@@ -62,14 +62,30 @@ bool write_tga(TgaWriter& writer, PixelFormat format, const PixelsLock& source, 
     return true;
 }
 
-bool save_tga(Image& image, const char* path, PixelFormat format) {
-    TgaWriter writer(path);
+namespace {
+
+// The whole picture, bottom-up, as every page and picture file is written.
+bool write_whole_picture(TgaWriter& writer, Image& image, PixelFormat format) {
     const PixelsLock source = image.lock_read(nullptr);
-    // A picture the writer refuses (no pixels, or too large for the format) leaves the old
-    // file alone: an empty file in its place would be a page lost.
     const bool written = write_tga(writer, format, source, false, false);
     image.unlock();
-    return written && writer.close();
+    return written;
+}
+
+}  // namespace
+
+bool encode_tga(Image& image, PixelFormat format, std::string& bytes) {
+    TgaWriter writer({});
+    if (!write_whole_picture(writer, image, format)) return false;
+    bytes = writer.take_bytes();
+    return true;
+}
+
+bool save_tga(Image& image, const char* path, PixelFormat format) {
+    TgaWriter writer(path);
+    // A picture the writer refuses (no pixels, or too large for the format) leaves the old
+    // file alone: an empty file in its place would be a page lost.
+    return write_whole_picture(writer, image, format) && writer.close();
 }
 
 }  // namespace Core

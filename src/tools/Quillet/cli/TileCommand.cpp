@@ -1,10 +1,12 @@
 #include "TileCommand.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <iostream>
 
 #include "HeadlessEditor.h"
 #include "QltCommands.h"
+#include "model/SaveGuard.h"
 #include "model/qlt_paths.h"
 #include "texture/TexturePageDoc.h"
 
@@ -29,20 +31,35 @@ std::string PagePath(const std::string& page, const std::string& project_path) {
     return path;
 }
 
+// Regions parked beside the page would be cut off for good by the save: unless allowed, the
+// command stops before anything is written.
+bool AllFit(CTexturePageDoc& page, const std::string& page_name) {
+    const std::vector<std::string> outside = RegionsOutside(page.Page(), page.GetPageSize());
+    if (outside.empty()) return true;
+    std::cerr << outside.size() << (outside.size() == 1 ? " region does" : " regions do")
+              << " not fit on " << page_name << ": " << JoinNames(outside) << '\n';
+    return false;
+}
+
 }  // namespace
 
-int RunTile(const std::vector<std::string>& arguments) {
+int RunTile(const std::vector<std::string>& given) {
+    std::vector<std::string> arguments = given;
+    const auto option = std::find(arguments.begin(), arguments.end(), "--allow-outside");
+    const bool allow_outside = option != arguments.end();
+    if (allow_outside) arguments.erase(option);
     unsigned long order = 0;
     unsigned long spacing = 0;
     if (arguments.size() < 3 || arguments.size() > 4 ||
         !ParseNumber(arguments[2], TILE_BEST_FIT, order) ||
         (arguments.size() == 4 && !ParseNumber(arguments[3], 0xFFFF, spacing))) {
-        std::cerr << "usage: quillet-cli tile PROJECT.qlt PAGE ORDER [SPACING]\n"
+        std::cerr << "usage: quillet-cli tile [--allow-outside] PROJECT.qlt PAGE ORDER [SPACING]\n"
                      "ORDER: 0 area, 1 height then width, 2 width then height, "
                      "3 circumference, 4 best fit\n";
         return kExitUsage;
     }
     HeadlessEditor editor;
+    if (!editor.HoldForChange(arguments[0])) return kExitFailure;
     CQuilletDoc* project = editor.Open(arguments[0]);
     if (project == nullptr) return kExitUnreadable;
     const std::string path = PagePath(arguments[1], project->GetPathName());
@@ -55,5 +72,6 @@ int RunTile(const std::vector<std::string>& arguments) {
     page->CutRegions();
     const float ratio = page->TileRegions(static_cast<int>(order), static_cast<unsigned>(spacing));
     std::printf("Fit ratio = %.2f\n", static_cast<double>(ratio));
+    if (!allow_outside && !AllFit(*page, arguments[1])) return kExitFailure;
     return project->DoFileSave() ? kExitOk : kExitWrite;
 }

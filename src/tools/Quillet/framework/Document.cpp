@@ -8,6 +8,7 @@
 #include "View.h"
 #include "core_assert.h"
 #include "core_atomic_file.h"
+#include "core_file_transaction.h"
 
 namespace framework {
 
@@ -109,15 +110,32 @@ void Document::ReportFileError(const std::string& what, const std::string& path,
 }
 
 bool Document::OnSaveDocument(const std::string& path) {
-    Archive archive = Archive::ForStoring(path);
-    Serialize(archive);
-    std::string reason;
-    if (!Core::write_file_atomically(path, archive.Bytes(), reason)) {
-        ReportFileError("Cannot save", path, reason);
-        return false;
-    }
+    Core::FileTransaction transaction;
+    if (!StageDocument(transaction, path) || !CommitFiles(transaction)) return false;
     SetModifiedFlag(false);
     return true;
+}
+
+bool Document::StageDocument(Core::FileTransaction& transaction, const std::string& path) {
+    Archive archive = Archive::ForStoring(path);
+    Serialize(archive);
+    if (transaction.stage(path, archive.Bytes())) return true;
+    ReportSaveFailure(transaction.failure());
+    return false;
+}
+
+bool Document::CommitFiles(Core::FileTransaction& transaction) {
+    if (transaction.commit()) return true;
+    ReportSaveFailure(transaction.failure());
+    return false;
+}
+
+void Document::ReportSaveFailure(const Core::FileFailure& failure) {
+    const std::string text = failure.read_only ? failure.path + " is read-only"
+                             : failure.path.empty()
+                                 ? "Cannot save: " + failure.reason
+                                 : "Cannot save " + failure.path + ": " + failure.reason;
+    App().UI().MessageBox(text, "Error", MessageIcon::Stop, MessageButtons::Ok);
 }
 
 void Document::OnCloseDocument() {

@@ -11,6 +11,11 @@
 
 #include "Archive.h"
 
+namespace Core {
+class FileTransaction;
+struct FileFailure;
+}  // namespace Core
+
 namespace framework {
 
 class Application;
@@ -52,7 +57,8 @@ public:
     virtual bool OnNewDocument();
     // Reads the file at `path` and loads it through Serialize.
     virtual bool OnOpenDocument(const std::string& path);
-    // Writes the document through Serialize into the file at `path`, atomically.
+    // Writes the document through Serialize into the file at `path`, atomically; false
+    // (after a box) with the old file kept.
     virtual bool OnSaveDocument(const std::string& path);
     // Closes every view and destroys the document: `this` is gone after the call.
     virtual void OnCloseDocument();
@@ -76,6 +82,13 @@ protected:
     bool LoadFrom(Archive& archive);
     void ReportFileError(const std::string& what, const std::string& path,
                          const std::string& reason);
+    // Serializes the document as the file at `path` into `transaction`; false after a box.
+    bool StageDocument(Core::FileTransaction& transaction, const std::string& path);
+    // Puts every file staged in `transaction` in place; false after a box naming the file
+    // that failed, with every file as it was.
+    bool CommitFiles(Core::FileTransaction& transaction);
+    // "PATH is read-only", or "Cannot save PATH: REASON".
+    void ReportSaveFailure(const Core::FileFailure& failure);
 
 private:
     friend class DocTemplate;

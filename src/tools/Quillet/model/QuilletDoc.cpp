@@ -6,6 +6,7 @@
 #include "ProjectFile.h"
 #include "RecordIndex.h"
 #include "SaveGuard.h"
+#include "core_file_transaction.h"
 #include "framework/Application.h"
 #include "open_documents.h"
 #include "qlt_errors.h"
@@ -104,6 +105,8 @@ void CQuilletDoc::ChangeMadeWithoutSnapshot() {
 
 bool CQuilletDoc::OnOpenDocument(const std::string& path) {
     const bool loaded = Document::OnOpenDocument(path);
+    // A save asks before it overwrites a file that changed on disk after this read.
+    if (loaded) SaveGuard::RememberOnDisk(path);
     TakeSnapshot();
     return loaded;
 }
@@ -111,7 +114,13 @@ bool CQuilletDoc::OnOpenDocument(const std::string& path) {
 bool CQuilletDoc::OnSaveDocument(const std::string& path) {
     const std::unique_ptr<SaveGuard> guard = BeginSave(path);
     if (!guard) return false;
-    if (!WriteChangedPages() || !Document::OnSaveDocument(path)) return false;
+    // Pages first and the project file last, put in place together or not at all: pages that
+    // held a new layout while the project kept the old rectangles would scramble every region.
+    Core::FileTransaction transaction;
+    if (!StageChangedPages(transaction) || !StageDocument(transaction, path) ||
+        !CommitFiles(transaction))
+        return false;
+    kept_pages_.clear();
     ClearAllModified();
     return true;
 }

@@ -14,6 +14,9 @@
 #include "framework/Document.h"
 #include "project_records.h"
 
+namespace Core {
+class FileTransaction;
+}
 class SaveGuard;
 struct PageOutput;
 class CTexturePageDoc;
@@ -29,9 +32,10 @@ public:
     void DeleteContents() override;
     // Loads the file, then takes the first snapshot, the first state Undo returns to.
     bool OnOpenDocument(const std::string& path) override;
-    // Writes every texture page with changes, then the file; only a real save clears the
-    // modified flags of the project and its open pages. A page that cannot be written stops
-    // the save before the project file is touched.
+    // Writes every texture page with changes and then the file, as one: the files take
+    // their new bytes together or all stay as they were (a box names the file that failed).
+    // Only a save whose files are in place clears the modified flags of the project and its
+    // open pages.
     bool OnSaveDocument(const std::string& path) override;
 
     // Records the present state for Undo. Neither saves nor clears any modified flag.
@@ -205,8 +209,9 @@ private:
     // What must be checked and held before a save to `path` writes anything; null when the
     // save must not go on. The guard lives until the files are in place.
     std::unique_ptr<SaveGuard> BeginSave(const std::string& path);
-    // Writes the pages kept from closed windows and those of open windows with changes.
-    bool WriteChangedPages();
+    // Rebuilds into `transaction` the pages kept from closed windows and those of open
+    // windows with changes; false after a box when one cannot be.
+    bool StageChangedPages(Core::FileTransaction& transaction);
 
     ProjectRecords records_;
     std::vector<std::unique_ptr<PageOutput>> kept_pages_;

@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "QuilletDoc.h"
+#include "core_file_transaction.h"
 #include "framework/Application.h"
 #include "open_documents.h"
 #include "texture/TexturePageDoc.h"
@@ -65,22 +66,28 @@ std::unique_ptr<PageOutput> CQuilletDoc::TakePageOutput(const std::string& path)
     return output;
 }
 
-bool CQuilletDoc::WriteChangedPages() {
-    const auto refused = [this](const std::string& path) {
-        App().UI().MessageBox("Cannot save " + path, "Error", framework::MessageIcon::Stop,
-                              framework::MessageButtons::Ok);
+bool CQuilletDoc::StageChangedPages(Core::FileTransaction& transaction) {
+    std::string bytes;
+    const auto stage = [this, &transaction, &bytes](const std::string& path, bool rebuilt) {
+        if (!rebuilt) {
+            App().UI().MessageBox("Cannot save " + path, "Error", framework::MessageIcon::Stop,
+                                  framework::MessageButtons::Ok);
+            return false;
+        }
+        if (transaction.stage(path, bytes)) return true;
+        ReportSaveFailure(transaction.failure());
         return false;
     };
     // Pages deleted from the project since their windows closed are not written.
     std::erase_if(kept_pages_, [this](const auto& kept) { return !TextureExists(kept->path); });
-    for (auto kept = kept_pages_.begin(); kept != kept_pages_.end();) {
-        if (!WritePage(**kept, FindTexture((*kept)->path))) return refused((*kept)->path);
-        kept = kept_pages_.erase(kept);
+    for (const auto& kept : kept_pages_) {
+        if (!stage(kept->path, RebuildPage(*kept, FindTexture(kept->path), bytes))) return false;
     }
     for (framework::Document* document : OpenDocumentsOf(kTexturePageTemplate)) {
         auto* page = dynamic_cast<CTexturePageDoc*>(document);
-        if (page != nullptr && page->IsModified() && !page->SavePage())
-            return refused(page->GetPathName());
+        if (page != nullptr && page->IsModified() &&
+            !stage(page->GetPathName(), page->SavePage(bytes)))
+            return false;
     }
     return true;
 }

@@ -8,6 +8,7 @@
 #include "framework/Application.h"
 #include "framework/UserInterface.h"
 #include "model/QuilletDoc.h"
+#include "model/SaveGuard.h"
 #include "model/page_rect.h"
 #include "model/report.h"
 
@@ -98,7 +99,7 @@ ImagePtr CutRegion(Core::Image& page, const PageRect& rect) {
     return picture;
 }
 
-bool WritePage(PageOutput& output, TPAGE& page) {
+bool RebuildPage(PageOutput& output, TPAGE& page, std::string& bytes) {
     if (output.image == nullptr) return false;
     for (TREGION& region : page.regions) {
         if (region.image == nullptr) region.SetImage(CutRegion(*output.image, region.rect).get());
@@ -108,7 +109,7 @@ bool WritePage(PageOutput& output, TPAGE& page) {
     for (const TREGION& region : page.regions) {
         if (region.image != nullptr) PaintRegion(*output.image, region.rect, *region.image);
     }
-    return Core::save_tga(*output.image, output.path.c_str(), output.save_format);
+    return Core::encode_tga(*output.image, output.save_format, bytes);
 }
 
 TPAGE& CTexturePageDoc::Page() const {
@@ -155,6 +156,7 @@ bool CTexturePageDoc::OpenPage(const std::string& path) {
     }
     const ImagePtr loaded(LoadPicture(path));
     if (loaded == nullptr) return false;
+    SaveGuard::RememberOnDisk(path);
     output_.save_format = loaded->get_format();
     output_.image.reset(Core::copy_image(*loaded, Core::PIXEL_FORMAT_8888));
     if (output_.image == nullptr) return false;
@@ -193,12 +195,10 @@ void CTexturePageDoc::MakeDisplayImage() {
     if (display_image_ != nullptr) FillImage(*display_image_, output_.unused_colour);
 }
 
-bool CTexturePageDoc::SavePage() {
+bool CTexturePageDoc::SavePage(std::string& bytes) {
     if (output_.image == nullptr) return false;
     SetTitle(GetPathName());
-    if (!WritePage(output_, Page())) return false;
-    SetModifiedFlag(false);
-    return true;
+    return RebuildPage(output_, Page(), bytes);
 }
 
 bool CTexturePageDoc::IsNameFree(const std::string& name) const {

@@ -36,9 +36,9 @@ struct PageOutput {
 ImagePtr CutRegion(Core::Image& page, const PageRect& rect);
 
 // Rebuilds the page from its unused colour and `regions` in list order, cutting from the
-// page any region still without a picture, and writes it. The regions' pictures are clipped
-// to the page. False when the file cannot be written.
-bool WritePage(PageOutput& output, TPAGE& page);
+// page any region still without a picture, and answers the bytes of its .tga. The regions'
+// pictures are clipped to the page. False when the page has no picture a file can hold.
+bool RebuildPage(PageOutput& output, TPAGE& page, std::string& bytes);
 
 class CTexturePageDoc : public framework::Document {
 public:
@@ -64,8 +64,10 @@ public:
     // The page in the .tga at `path` (or the project's unsaved copy of it); false when
     // load_tga refuses the file, and the document stays empty.
     bool OpenPage(const std::string& path);
-    // Rebuilds the page's .tga. False when it cannot be written; the page stays modified.
-    bool SavePage();
+    // Rebuilds the page and answers the bytes of its .tga, for the project to write with its
+    // file. False when the page has no picture a file can hold. The modified flag stays set
+    // until the project's files are in place.
+    bool SavePage(std::string& bytes);
 
     Core::Image* GetImage() const { return output_.image.get(); }
     // The page's background as the view paints it: the unused colour, page-sized.

@@ -8,9 +8,8 @@
 
 namespace Core {
 
-// Writes `bytes` to a temporary file in the folder of `path`, flushes it to the disk and
-// renames it over `path`. A file that existed keeps its permissions. On failure `error`
-// says why (in the words of the system) and the temporary file is removed.
+// Replaces one file as a FileTransaction does (links followed, permissions kept, read-only
+// files refused). On failure `error` says why and the file on disk is as it was.
 bool write_file_atomically(const std::string& path, std::string_view bytes, std::string& error);
 
 // Reads a whole regular file into `bytes`. On failure `error` says why.

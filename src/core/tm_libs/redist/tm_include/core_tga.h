@@ -53,6 +53,8 @@ public:
     // Writes the file; false (and the old file kept) when it cannot be written.
     bool close();
     bool failed() const { return failed_; }
+    // What was written so far, without writing the file.
+    std::string take_bytes() { return std::move(bytes_); }
 
 private:
     std::string path_;
@@ -79,6 +81,9 @@ bool load_tga_sized(const PixelsLock& destination, int filter, TgaReader& reader
 // was, when the picture has no pixels or is larger than a TGA file can describe, or when the
 // file cannot be written.
 bool save_tga(Image& image, const char* path, PixelFormat format);
+// The bytes save_tga would write, for a caller that writes them itself; false (and `bytes`
+// untouched) for the pictures save_tga refuses.
+bool encode_tga(Image& image, PixelFormat format, std::string& bytes);
 bool write_tga(TgaWriter& writer, PixelFormat format, const PixelsLock& source, bool right_to_left,
                bool top_to_bottom);
 void make_tga_header(TgaHeader& header, uint16_t width, uint16_t height, PixelFormat format,
