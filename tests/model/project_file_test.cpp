@@ -104,7 +104,8 @@ TEST(ProjectFileTest, WrongLineInTheSectionDropsItAndTheRestIsTopLevel) {
 
 TEST(ProjectFileTest, RecordsBeforeTheLayoutSectionAreRead) {
     const std::string file =
-        "<texture>pages\\ui.tga\n  <region>a\n  </region>\n</texture>\n"
+        "<texture>pages\\ui.tga\n  <region>a\n<left>0</left>\n<top>0</top>\n<right>1</right>\n"
+        "<bottom>1</bottom>\n  </region>\n</texture>\n"
         "<font>f.bgf\n</font>\n<fmv>m.mpg\n</fmv>\n" +
         Layout(kHeader);
     EXPECT_EQ(Read(file).qlt_file.layout_width, 1024);
@@ -122,6 +123,47 @@ TEST(ProjectFileTest, FileEndingInsideARecordIsReported) {
         UNEXPECTED_END_OF_FILE);
     // A section header with nothing behind it reads like a wrong line: no wait, no error.
     EXPECT_EQ(Read("<layout>\n").qlt_file.layout_width, 800);
+}
+
+// "RECORD at line N" for the reader record that stops the file, or "reads".
+std::string WhereReadingStops(const std::string& bytes) {
+    framework::Archive archive = framework::Archive::ForLoading(bytes, {});
+    ProjectRecords records;
+    try {
+        ReadProject(archive, records);
+    } catch (const QLT_READ_ERROR&) {
+        return std::string(ReadErrorName(std::current_exception())) + " at line " +
+               std::to_string(archive.LineNumber());
+    }
+    return "reads";
+}
+
+TEST(ProjectFileTest, AnythingButARegionInsideATexturePageStopsTheFile) {
+    const std::string region =
+        "<region>a\n<left>0</left>\n<top>0</top>\n<right>1</right>\n<bottom>1</bottom>\n"
+        "</region>\n";
+    const std::string next_page = "<texture>b.tga\n" + region + "</texture>\n";
+    // A stray line used to be read as a region, which took the lines behind it along.
+    EXPECT_EQ(
+        WhereReadingStops("<texture>a.tga\n" + region + "button_down\n</texture>\n" + next_page),
+        "NOT_A_TREGION at line 8");
+    EXPECT_EQ(WhereReadingStops("<texture>a.tga\n\n</texture>\n"), "NOT_A_TREGION at line 2");
+    EXPECT_EQ(WhereReadingStops("<texture>a.tga\n" + region + "<path>late</path>\n</texture>\n"),
+              "NOT_A_TREGION at line 8");
+    // A region that does not read stops the file with its own record.
+    EXPECT_EQ(WhereReadingStops("<texture>a.tga\n<region>a\n<left>0</left>\n<right>1</right>\n"),
+              "NOT_A_TREGION at line 4");
+    EXPECT_EQ(
+        WhereReadingStops("<texture>a.tga\n<region>a\n<left>x</left>\n</texture>\n" + next_page),
+        "BAD_TAG at line 3");
+    EXPECT_EQ(WhereReadingStops("<texture>a.tga\n" + region.substr(0, region.size() - 10) +
+                                "</texture>\n" + next_page),
+              "BAD_TAG at line 7");
+    // A file that ends inside the page is still a truncated file, wherever it ends.
+    for (const std::string& cut :
+         {std::string("<texture>a.tga\n"), std::string("<texture>a.tga\n<path>f</path>\n"),
+          "<texture>a.tga\n" + region.substr(0, 25), "<texture>a.tga\n" + region})
+        EXPECT_EQ(WhereReadingStops(cut).substr(0, 22), "UNEXPECTED_END_OF_FILE") << cut;
 }
 
 TEST(ProjectFileTest, PieceFilesAreRelativeInTheFileAndForgottenWhenMissing) {

@@ -47,24 +47,6 @@ TEST(RecordsTest, TexturePagesRoundTripWithTheirRegions) {
     EXPECT_EQ(Records(Write(records)), file);
 }
 
-TEST(RecordsTest, ARegionThatFailsCostsItsLinesAndTheRestReads) {
-    // The second region's <top> is missing: it is dropped, and the loop takes the next lines
-    // as new records until the close line comes.
-    const std::string file =
-        "<texture>menu.tga\n"
-        "<region>bad\n<left>1</left>\n<right>2</right>\n<bottom>3</bottom>\n</region>\n"
-        "<region>good\n<left>1</left>\n<top>2</top>\n<right>3</right>\n<bottom>4</bottom>\n"
-        "</region>\n</texture>\n";
-    const ProjectRecords records = Read(file);
-    ASSERT_EQ(records.texture_pages[0].regions.size(), 1u);
-    EXPECT_EQ(records.texture_pages[0].regions[0].name, "good");
-    // Any line starts a region: the loop does not look at the tag.
-    const ProjectRecords quirk = Read(
-        "<texture>menu.tga\n<xxxxxx>odd\n<left>1</left>\n<top>2</top>\n<right>3</right>\n"
-        "<bottom>4</bottom>\n</region>\n</texture>\n");
-    EXPECT_EQ(quirk.texture_pages[0].regions[0].name, "odd");
-}
-
 TEST(RecordsTest, FontsAndMoviesRoundTrip) {
     const std::string file =
         "<version>1.01</version>\r\n"

@@ -83,7 +83,9 @@ void WriteLayoutSection(Archive& archive, const QLT_FILE& qlt_file) {
 }
 
 // One top-level line that opens a section; false when the line opens none. Each reader is
-// caught where the format says: a record thrown out is dropped without a word.
+// caught where the format says: a record thrown out is dropped without a word. A texture
+// page is not caught: what fails inside it stops the file, as dropping it would let its
+// last lines be read as records of their own.
 bool ReadSection(Archive& archive, std::string& line, ProjectRecords& records) {
     if (BeginsWith(line, "<texture>")) {
         records.texture_pages.push_back(ReadTexturePage(archive, line));

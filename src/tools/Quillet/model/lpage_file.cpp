@@ -1,6 +1,3 @@
-#include <cmath>
-#include <limits>
-
 #include "page_rect.h"
 #include "piece_geometry.h"
 #include "qlt_errors.h"
@@ -52,16 +49,6 @@ void ReadAttributes(Archive& archive, std::string& line, PIECE_ATTRIBUTES& attri
     TakeOptional(archive, line, "<tool_tip_id>", "</tool_tip_id>", attributes.tool_tip_id);
 }
 
-// Width over the natural width at scale 1, in 32-bit float; a natural width of 0 gives an
-// infinite scale, as it always has, without dividing by zero.
-float ScaleFrom(int32_t size, int32_t natural) {
-    if (natural == 0)
-        return size == 0 ? std::numeric_limits<float>::quiet_NaN()
-                         : std::copysign(std::numeric_limits<float>::infinity(),
-                                         static_cast<float>(size));
-    return static_cast<float>(size) / static_cast<float>(natural);
-}
-
 UI_PIECE ReadPiece(Archive& archive, const std::string& first_line) {
     UI_PIECE piece;
     piece.name = TextAfter(first_line, kPieceTagLength);
@@ -94,9 +81,7 @@ UI_PIECE ReadPiece(Archive& archive, const std::string& first_line) {
         if (MatchTag(group, "<edit_group_id>", "</edit_group_id>")) piece.edit_group_id = group;
         ReadAwaitedLine(archive, line);
     }
-    const PageRect natural = PieceRectAt(piece, 1.0f, 1.0f);
-    piece.scale_x = ScaleFrom(width, RectWidth(natural));
-    piece.scale_y = ScaleFrom(height, RectHeight(natural));
+    ScalePieceToSize(piece, width, height);
     return piece;
 }
 

@@ -1,3 +1,5 @@
+#include <string_view>
+
 #include "qlt_errors.h"
 #include "qlt_paths.h"
 #include "qlt_syntax.h"
@@ -8,16 +10,23 @@ namespace {
 constexpr size_t kTextureTagLength = 9;  // "<texture>"
 constexpr size_t kRegionTagLength = 8;   // "<region>"
 
-// The loop of its page does not look at the opening tag: any line starts a region.
+// One side of a region. A file that ends here ends inside its page, which is not a wrong
+// line but a truncated file.
+void ReadSide(Archive& archive, std::string_view open, std::string_view close, int32_t& side) {
+    if (archive.AtEnd()) throw UNEXPECTED_END_OF_FILE();
+    ReadTaggedNumber<NOT_A_TREGION>(archive, open, close, side);
+}
+
 TREGION ReadRegion(Archive& archive, const std::string& first_line) {
+    if (!BeginsWith(first_line, "<region>")) throw NOT_A_TREGION();
     TREGION region;
     region.name = TextAfter(first_line, kRegionTagLength);
-    ReadTaggedNumber<NOT_A_TREGION>(archive, "<left>", "</left>", region.rect.left);
-    ReadTaggedNumber<NOT_A_TREGION>(archive, "<top>", "</top>", region.rect.top);
-    ReadTaggedNumber<NOT_A_TREGION>(archive, "<right>", "</right>", region.rect.right);
-    ReadTaggedNumber<NOT_A_TREGION>(archive, "<bottom>", "</bottom>", region.rect.bottom);
+    ReadSide(archive, "<left>", "</left>", region.rect.left);
+    ReadSide(archive, "<top>", "</top>", region.rect.top);
+    ReadSide(archive, "<right>", "</right>", region.rect.right);
+    ReadSide(archive, "<bottom>", "</bottom>", region.rect.bottom);
     std::string line;
-    ReadTrimmedLine(archive, line);
+    ReadAwaitedLine(archive, line);
     if (line != "</region>") throw BAD_TAG();
     return region;
 }
@@ -37,17 +46,15 @@ TPAGE ReadTexturePage(Archive& archive, std::string& line) {
     TPAGE page;
     page.path = TextAfter(line, kTextureTagLength);
     MakeAbsolutePath(page.path);
-    ReadTrimmedLine(archive, line);
+    ReadAwaitedLine(archive, line);
     if (MatchTag(line, "<path>", "</path>")) {
         page.folder = line;
-        ReadTrimmedLine(archive, line);
+        ReadAwaitedLine(archive, line);
     }
+    // A region that does not read stops the whole file: skipping it would take the lines
+    // behind it for new records and move regions between pages without a word.
     while (line != "</texture>") {
-        try {
-            page.regions.push_back(ReadRegion(archive, line));
-        } catch (const NOT_A_TREGION&) {
-        } catch (const BAD_TAG&) {
-        }
+        page.regions.push_back(ReadRegion(archive, line));
         ReadAwaitedLine(archive, line);
     }
     return page;
