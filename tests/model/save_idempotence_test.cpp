@@ -117,6 +117,32 @@ TEST(SaveIdempotenceTest, EveryPlaceAndSizeOfASliderSavesTheSameTwice) {
                 }
 }
 
+// The reader takes a file whose objects and pages stand after its layouts: pieces are
+// measured once everything is read, so they keep the sizes written.
+TEST(SaveIdempotenceTest, APieceReadBeforeItsObjectKeepsItsSize) {
+    const std::string usual = ArtPiece("5", "6", 20, "40");
+    const size_t layout = usual.find("<layout>");
+    const std::string layout_first = usual.substr(layout) + usual.substr(0, layout);
+    const std::string once = Resave(layout_first);
+    EXPECT_EQ(SizeLines(once), SizeLines(Resave(usual)));
+    EXPECT_NE(once.find("<width>40</width>"), std::string::npos);
+    EXPECT_EQ(Resave(once), once);
+
+    // Found by the fuzzer: a slider after the layout, over a region read before it.
+    const std::string slider =
+        "<texture>parts.tga\n<region>knob\n<left></left>\n<top></top>\n<right>1</right>\n"
+        "<bottom>2</bottom>\n</region>\n</texture>\n<layout>\n<layout_width></layout_width>\n"
+        "<layout_height></layout_height>\n<piece_types_fname></piece_types_fname>\n"
+        "<piece_texts_fname></piece_texts_fname>\n<\n<\n<identifier></identifier>\n"
+        "<Parameters>\n<x></x>\n<y>140</y>\n<width></width>\n<height></height>\n"
+        "</Parameters>\n<object_id>scroller</object_id>\n</UI piece>\n</lpage>\n</layout>\n"
+        "<UI object>scroller\n<type>UI_V_Slider</type>\n\n<type>art</type>\n\n\n</UI object>\n"
+        "\n<type>push_button</type>\n\n<page>parts.tga</page>\n<region>knob</region>\n"
+        "</UI region>\n</UI object>\n</UI object>";
+    const std::string settled = Resave(slider);
+    EXPECT_EQ(Resave(settled), settled);
+}
+
 // A project with texture pages and a piece is open; a file whose page holds a line that is
 // not a region does not read, and the open project keeps everything.
 class StrayLineTest : public ProjectFixture {};

@@ -1,6 +1,8 @@
 #include "ProjectFile.h"
 
 #include <cstdio>
+#include <utility>
+#include <vector>
 
 #include "piece_files.h"
 #include "qlt_errors.h"
@@ -26,18 +28,24 @@ void ReadPieceFileName(Archive& archive, std::string_view open, std::string_view
     if (!load(qlt_file, path)) name.clear();
 }
 
-void ReadPageInto(Archive& archive, std::string& line, QLT_FILE& qlt_file) {
+// The sizes read for the pieces of each page read, by the page's place in the layouts: the
+// pieces are measured once the whole file is read.
+using PendingSizes = std::vector<std::pair<size_t, std::vector<PieceSizeRead>>>;
+
+void ReadPageInto(Archive& archive, std::string& line, QLT_FILE& qlt_file, PendingSizes& pending) {
     try {
-        LPAGE page = ReadLayoutPage(archive, line);
+        std::vector<PieceSizeRead> sizes;
+        LPAGE page = ReadLayoutPage(archive, line, sizes);
         page.width = qlt_file.layout_width;
         page.height = qlt_file.layout_height;
+        pending.emplace_back(qlt_file.layouts.size(), std::move(sizes));
         qlt_file.layouts.push_back(std::move(page));
     } catch (const NOT_A_UI_PIECE&) {
     } catch (const BAD_TAG&) {
     }
 }
 
-void ReadLayoutSection(Archive& archive, QLT_FILE& qlt_file) {
+void ReadLayoutSection(Archive& archive, QLT_FILE& qlt_file, PendingSizes& pending) {
     ReadTaggedNumber<NOT_A_LPAGE>(archive, "<layout_width>", "</layout_width>",
                                   qlt_file.layout_width);
     ReadTaggedNumber<NOT_A_LPAGE>(archive, "<layout_height>", "</layout_height>",
@@ -57,7 +65,7 @@ void ReadLayoutSection(Archive& archive, QLT_FILE& qlt_file) {
         ReadTrimmedLine(archive, line);
     }
     while (line != "</layout>") {
-        if (!IsBlankLine(line)) ReadPageInto(archive, line, qlt_file);
+        if (!IsBlankLine(line)) ReadPageInto(archive, line, qlt_file, pending);
         ReadAwaitedLine(archive, line);
     }
     FlagAllInUse(qlt_file);
@@ -86,7 +94,8 @@ void WriteLayoutSection(Archive& archive, const QLT_FILE& qlt_file) {
 // caught where the format says: a record thrown out is dropped without a word. A texture
 // page is not caught: what fails inside it stops the file, as dropping it would let its
 // last lines be read as records of their own.
-bool ReadSection(Archive& archive, std::string& line, ProjectRecords& records) {
+bool ReadSection(Archive& archive, std::string& line, ProjectRecords& records,
+                 PendingSizes& pending) {
     if (BeginsWith(line, "<texture>")) {
         records.texture_pages.push_back(ReadTexturePage(archive, line));
     } else if (BeginsWith(line, "<font>")) {
@@ -108,7 +117,7 @@ bool ReadSection(Archive& archive, std::string& line, ProjectRecords& records) {
     } else if (BeginsWith(line, "<layout>")) {
         // A second <layout> section reads into the same record: the two add up.
         try {
-            ReadLayoutSection(archive, records.qlt_file);
+            ReadLayoutSection(archive, records.qlt_file, pending);
         } catch (const NOT_A_LPAGE&) {
         }
     } else {
@@ -121,12 +130,16 @@ bool ReadSection(Archive& archive, std::string& line, ProjectRecords& records) {
 
 void ReadProject(Archive& archive, ProjectRecords& records) {
     std::string line;
+    PendingSizes pending;
     while (archive.ReadString(line)) {
         if (IsBlankLine(line)) continue;
         std::string version = line;
         if (MatchTag(version, "<version>", "</version>")) continue;  // read, never used
-        if (!ReadSection(archive, line, records)) throw NOT_A_QLT_FILE();
+        if (!ReadSection(archive, line, records, pending)) throw NOT_A_QLT_FILE();
     }
+    // Every object and page of the file is known now, wherever it stood.
+    for (const auto& [index, sizes] : pending)
+        ScalePiecesToSizes(records.qlt_file.layouts[index], sizes);
 }
 
 void WriteProject(Archive& archive, const ProjectRecords& records) {

@@ -49,7 +49,7 @@ void ReadAttributes(Archive& archive, std::string& line, PIECE_ATTRIBUTES& attri
     TakeOptional(archive, line, "<tool_tip_id>", "</tool_tip_id>", attributes.tool_tip_id);
 }
 
-UI_PIECE ReadPiece(Archive& archive, const std::string& first_line) {
+UI_PIECE ReadPiece(Archive& archive, const std::string& first_line, PieceSizeRead& size) {
     UI_PIECE piece;
     piece.name = TextAfter(first_line, kPieceTagLength);
     int32_t width = kWorkingSize;
@@ -81,7 +81,7 @@ UI_PIECE ReadPiece(Archive& archive, const std::string& first_line) {
         if (MatchTag(group, "<edit_group_id>", "</edit_group_id>")) piece.edit_group_id = group;
         ReadAwaitedLine(archive, line);
     }
-    ScalePieceToSize(piece, width, height);
+    size = {width, height};
     return piece;
 }
 
@@ -137,7 +137,7 @@ void WritePiece(Archive& archive, const UI_PIECE& piece) {
 
 }  // namespace
 
-LPAGE ReadLayoutPage(Archive& archive, std::string& line) {
+LPAGE ReadLayoutPage(Archive& archive, std::string& line, std::vector<PieceSizeRead>& sizes) {
     LPAGE page;
     page.name = TextAfter(line, kPageTagLength);
     ReadTrimmedLine(archive, line);
@@ -152,7 +152,9 @@ LPAGE ReadLayoutPage(Archive& archive, std::string& line) {
     while (line != "</lpage>") {
         if (!IsBlankLine(line)) {
             try {
-                page.pieces.push_back(ReadPiece(archive, line));
+                PieceSizeRead size;
+                page.pieces.push_back(ReadPiece(archive, line, size));
+                sizes.push_back(size);
             } catch (const NOT_A_UI_PIECE&) {
             } catch (const BAD_TAG&) {
             }
@@ -160,6 +162,11 @@ LPAGE ReadLayoutPage(Archive& archive, std::string& line) {
         ReadAwaitedLine(archive, line);
     }
     return page;
+}
+
+void ScalePiecesToSizes(LPAGE& page, const std::vector<PieceSizeRead>& sizes) {
+    for (size_t index = 0; index < page.pieces.size() && index < sizes.size(); ++index)
+        ScalePieceToSize(page.pieces[index], sizes[index].width, sizes[index].height);
 }
 
 void WriteLayoutPage(Archive& archive, const LPAGE& page) {
