@@ -3,10 +3,10 @@
 #include <algorithm>
 
 #include "Placeholders.h"
-#include "core_convert.h"
 #include "core_tga.h"
 #include "model/QuilletDoc.h"
 #include "model/page_rect.h"
+#include "model/region_pictures.h"
 #include "model/report.h"
 
 namespace {
@@ -23,24 +23,8 @@ ImagePtr CutTo8888(Core::Image& source, const PageRect& rect) {
     const int32_t width = RectWidth(rect);
     const int32_t height = RectHeight(rect);
     if (width <= 0 || height <= 0 || width > kLargestCut || height > kLargestCut) return nullptr;
-    const ImagePtr cut(Core::create_image(static_cast<uint32_t>(width),
-                                          static_cast<uint32_t>(height), source.get_format()));
-    if (cut == nullptr) return nullptr;
-    const Core::Size size = source.get_size();
-    const PageRect overlap = IntersectRect(rect, {0, 0, size.width, size.height});
-    if (!IsRectEmpty(overlap)) {
-        const auto part = [&overlap](int32_t x, int32_t y) {
-            return Core::PixelRect{static_cast<uint32_t>(x), static_cast<uint32_t>(y),
-                                   static_cast<uint32_t>(RectWidth(overlap)),
-                                   static_cast<uint32_t>(RectHeight(overlap))};
-        };
-        const Core::PixelRect from = part(overlap.left, overlap.top);
-        const Core::PixelRect to = part(overlap.left - rect.left, overlap.top - rect.top);
-        Core::convert_pixels(cut->lock_write(&to), source.lock_read(&from));
-        cut->unlock();
-        source.unlock();
-    }
-    return ImagePtr(Core::copy_image(*cut, Core::PIXEL_FORMAT_8888));
+    const ImagePtr cut = CutRegion(source, rect);
+    return cut == nullptr ? nullptr : ImagePtr(Core::copy_image(*cut, Core::PIXEL_FORMAT_8888));
 }
 
 ImagePtr In8888(Core::Image* placeholder) {

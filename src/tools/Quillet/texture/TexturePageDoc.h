@@ -15,6 +15,7 @@
 #include "TextureDialogData.h"
 #include "framework/Document.h"
 #include "model/qlt_types.h"
+#include "model/region_pictures.h"
 
 // A file given as a picture that load_tga refuses.
 struct NOT_A_TGA_HEADER {
@@ -29,11 +30,6 @@ struct PageOutput {
     ImagePtr image;  // the page as created or read, 8888; regions not cut yet come from it
     Core::Colour unused_colour{0xCD, 0xCD, 0xCD, 0xFF};
 };
-
-// Cuts `rect` out of `page`: a picture of the rectangle's size (a negative width or height
-// counts as 0) in the page's format, where pixels off the page are 0. Null when no picture
-// of that size can be made.
-ImagePtr CutRegion(Core::Image& page, const PageRect& rect);
 
 // Rebuilds the page from its unused colour and `regions` in list order, cutting from the
 // page any region still without a picture, and answers the bytes of its .tga. The regions'
