@@ -80,6 +80,18 @@ Colour blend_pixel(const Colour& destination, const Colour& source, uint8_t cons
     return blend(destination, source, constant_alpha);
 }
 
+Pixels<Colour> lock_colours_for_writing(Image& image) {
+    const PixelsLock lock = image.lock_write(nullptr);
+    return {static_cast<Colour*>(lock.view->pixels), lock.view->width, lock.view->height,
+            lock.view->stride_in_bytes};
+}
+
+Pixels<const Colour> lock_colours_for_reading(Image& image) {
+    const PixelsLock lock = image.lock_read(nullptr);
+    return {static_cast<const Colour*>(lock.view->pixels), lock.view->width, lock.view->height,
+            lock.view->stride_in_bytes};
+}
+
 void stretch_copy(const Pixels<Colour>& destination, const DrawRect& area,
                   const Pixels<const Colour>& source) {
     stretch(destination, area, source, [](Colour& out, const Colour& in) { out = in; });

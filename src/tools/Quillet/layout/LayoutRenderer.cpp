@@ -28,27 +28,15 @@ public:
     }
 
     const UI_OBJECT* ObjectNamed(const std::string& name) const override {
-        if (project_.ObjectExists(name)) return project_.ObjectNamed(name);
-        boxes_.Tell("Object not found");
-        return nullptr;
+        const UI_OBJECT* found = project_.ObjectIfAny(name);
+        if (found == nullptr) boxes_.Tell("Object not found");
+        return found;
     }
 
 private:
     const CQuilletDoc& project_;
     BoxesOnce& boxes_;
 };
-
-Core::Pixels<Core::Colour> WritableWhole(Core::Image& image) {
-    const Core::PixelsLock lock = image.lock_write(nullptr);
-    return {static_cast<Core::Colour*>(lock.view->pixels), lock.view->width, lock.view->height,
-            lock.view->stride_in_bytes};
-}
-
-Core::Pixels<const Core::Colour> ReadableWhole(Core::Image& image) {
-    const Core::PixelsLock lock = image.lock_read(nullptr);
-    return {static_cast<const Core::Colour*>(lock.view->pixels), lock.view->width,
-            lock.view->height, lock.view->stride_in_bytes};
-}
 
 Core::DrawRect AreaOf(const PageRect& rect) {
     return {rect.left, rect.top, RectWidth(rect), RectHeight(rect)};
@@ -92,7 +80,8 @@ private:
 
     void Blend(Core::Image* picture, const PageRect& where) {
         if (picture == nullptr) return;
-        Core::alpha_blend(page_, AreaOf(where), ReadableWhole(*picture), kArtStrength);
+        Core::alpha_blend(page_, AreaOf(where), Core::lock_colours_for_reading(*picture),
+                          kArtStrength);
         picture->unlock();
     }
 
@@ -126,7 +115,7 @@ ImagePtr LayoutRenderer::Render(const LPAGE& page, PageSize size, ImagePtr previ
         boxes_.Tell("Unable to create tpage");
         return nullptr;
     }
-    Core::Pixels<Core::Colour> pixels = WritableWhole(*picture);
+    Core::Pixels<Core::Colour> pixels = Core::lock_colours_for_writing(*picture);
     pixels.fill(0, 0, pixels.width, pixels.height, kPageGrey);
     if (const CQuilletDoc* project = GetProjectDoc()) {
         const LookupTellingOnce lookup(*project, boxes_);

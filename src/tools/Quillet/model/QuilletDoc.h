@@ -174,6 +174,8 @@ public:
     // reports "Object not found" and answers an empty art object.
     const UI_OBJECT& FindObject(const std::string& name) const;
     bool ObjectExists(const std::string& name) const;
+    // The same lookup without a report: null when the project has no such object.
+    const UI_OBJECT* ObjectIfAny(const std::string& name) const;
     // Takes the object; it is appended, and the change ends as every change does.
     void AddObject(std::unique_ptr<UI_OBJECT> object);
 

@@ -148,8 +148,10 @@ bool CQuilletDoc::SetFmvFolder(const std::string& identifier, const std::string&
     return true;
 }
 
-const UI_OBJECT* LookUpObject(const std::string& name,
-                              std::initializer_list<const ProjectRecords*> lists) {
+namespace {
+
+const UI_OBJECT* ObjectIn(const std::string& name,
+                          std::initializer_list<const ProjectRecords*> lists) {
     for (const UI_OBJECT* empty : EmptyObjects()) {
         if (empty->Name() == name) return empty;
     }
@@ -158,8 +160,16 @@ const UI_OBJECT* LookUpObject(const std::string& name,
             if (object->Name() == name) return object.get();
         }
     }
-    ReportUnless(false, "Object not found");
     return nullptr;
+}
+
+}  // namespace
+
+const UI_OBJECT* LookUpObject(const std::string& name,
+                              std::initializer_list<const ProjectRecords*> lists) {
+    const UI_OBJECT* found = ObjectIn(name, lists);
+    ReportUnless(found != nullptr, "Object not found");
+    return found;
 }
 
 const UI_OBJECT* CQuilletDoc::ObjectNamed(const std::string& name) const {
@@ -172,10 +182,12 @@ const UI_OBJECT& CQuilletDoc::FindObject(const std::string& name) const {
     return found != nullptr ? *found : missing;
 }
 
+const UI_OBJECT* CQuilletDoc::ObjectIfAny(const std::string& name) const {
+    return ObjectIn(name, {&records_});
+}
+
 bool CQuilletDoc::ObjectExists(const std::string& name) const {
-    const auto named = [&name](const auto& object) { return object->Name() == name; };
-    return std::any_of(EmptyObjects().begin(), EmptyObjects().end(), named) ||
-           std::any_of(records_.ui_objects.begin(), records_.ui_objects.end(), named);
+    return ObjectIfAny(name) != nullptr;
 }
 
 void CQuilletDoc::AddObject(std::unique_ptr<UI_OBJECT> object) {

@@ -31,22 +31,10 @@ constexpr int kKeyRight = 39;
 constexpr int kKeyDown = 40;
 constexpr int kKeyDelete = 46;
 
-Core::Pixels<Core::Colour> WholeForWriting(Core::Image& image) {
-    const Core::PixelsLock lock = image.lock_write(nullptr);
-    return {static_cast<Core::Colour*>(lock.view->pixels), lock.view->width, lock.view->height,
-            lock.view->stride_in_bytes};
-}
-
-Core::Pixels<const Core::Colour> WholeForReading(Core::Image& image) {
-    const Core::PixelsLock lock = image.lock_read(nullptr);
-    return {static_cast<const Core::Colour*>(lock.view->pixels), lock.view->width,
-            lock.view->height, lock.view->stride_in_bytes};
-}
-
 // Draws `picture` unstretched at the rectangle's corner, no larger than the rectangle.
 void DrawPicture(const Core::Pixels<Core::Colour>& destination, const PageRect& rect,
                  Core::Image& picture) {
-    const Core::Pixels<const Core::Colour> source = WholeForReading(picture);
+    const Core::Pixels<const Core::Colour> source = Core::lock_colours_for_reading(picture);
     const Core::DrawRect area{rect.left, rect.top,
                               std::clamp(RectWidth(rect), 0, static_cast<int32_t>(source.width)),
                               std::clamp(RectHeight(rect), 0, static_cast<int32_t>(source.height))};
@@ -175,7 +163,7 @@ void CTexturePageView::RebuildBitmap() {
                                           Core::PIXEL_FORMAT_8888));
     ReportUnless(back_buffer_ != nullptr, "Unable to find tpage bitmap");
     if (back_buffer_ == nullptr) return;
-    Core::Pixels<Core::Colour> destination = WholeForWriting(*back_buffer_);
+    Core::Pixels<Core::Colour> destination = Core::lock_colours_for_writing(*back_buffer_);
     destination.fill(0, 0, destination.width, destination.height, kWindowColour);
     if (Core::Image* page = document->GetDisplayImage())
         DrawPicture(destination, page_rect_, *page);

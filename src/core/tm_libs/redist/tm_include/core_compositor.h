@@ -10,6 +10,7 @@
 
 #include <cstdint>
 
+#include "core_images.h"
 #include "core_pixels.h"
 
 namespace Core {
@@ -29,6 +30,11 @@ inline uint32_t multiply_255(uint32_t a, uint32_t b) {
 // One pixel blended: sa = m(As, K); each colour min(255, m(Cs, K) + m(Cd, 255 - sa)); alpha
 // min(255, sa + m(Ad, 255 - sa)).
 Colour blend_pixel(const Colour& destination, const Colour& source, uint8_t constant_alpha);
+
+// A whole PIXEL_FORMAT_8888 picture as the blits take it, locked for writing or for reading;
+// the caller unlocks the picture when done.
+Pixels<Colour> lock_colours_for_writing(Image& image);
+Pixels<const Colour> lock_colours_for_reading(Image& image);
 
 // Copies `source` stretched onto `area` of `destination`.
 void stretch_copy(const Pixels<Colour>& destination, const DrawRect& area,
