@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <thread>
 
+#include "ChildLockHolder.h"
 #include "TempDir.h"
 #include "core_file_lock.h"
 
@@ -15,28 +16,6 @@ namespace {
 
 using Core::FileLock;
 using namespace std::chrono_literals;
-
-// A child process that takes the lock on `path`, says so through a pipe, and then holds it
-// for `hold` (or until it is killed). Answers its pid once it holds the lock.
-pid_t ChildHolding(const std::string& path, std::chrono::milliseconds hold) {
-    int ready[2];
-    if (::pipe(ready) != 0) return -1;
-    const pid_t child = ::fork();
-    if (child == 0) {
-        ::close(ready[0]);
-        FileLock lock = FileLock::acquire(path, 0ms);
-        const char state = lock.held() ? 'y' : 'n';
-        if (::write(ready[1], &state, 1) != 1) ::_exit(2);
-        std::this_thread::sleep_for(hold);
-        ::_exit(0);
-    }
-    ::close(ready[1]);
-    char state = 'n';
-    const bool told = ::read(ready[0], &state, 1) == 1;
-    ::close(ready[0]);
-    EXPECT_TRUE(told && state == 'y') << "the child could not take the lock";
-    return child;
-}
 
 int WaitFor(pid_t child) {
     int status = 0;

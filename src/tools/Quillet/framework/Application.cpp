@@ -99,6 +99,12 @@ void Application::LoadStdProfileSettings() {
 
 void Application::SaveStdProfileSettings() {
     recent_files_.Save(profile_);
+    profile_.Flush();
+}
+
+void Application::NoteChange() {
+    ++change_count_;
+    if (change_listener_ != nullptr) change_listener_->OnDocumentsChanged();
 }
 
 void Application::ForgetDocument(Document& document) {

@@ -3,6 +3,7 @@
 // it through Application::Instance().
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <vector>
@@ -19,6 +20,14 @@ class StatusPane {
 public:
     virtual ~StatusPane() = default;
     virtual void SetText(const std::string& text) = 0;
+};
+
+// Told whenever a document changed, its modified flag was set or cleared, or it closed: what
+// the recovery copy follows.
+class ChangeListener {
+public:
+    virtual ~ChangeListener() = default;
+    virtual void OnDocumentsChanged() = 0;
 };
 
 class Application {
@@ -64,6 +73,11 @@ public:
     // A document is closing: it stops being active.
     void ForgetDocument(Document& document);
 
+    // Documents call this after every change; the count only grows.
+    void NoteChange();
+    uint64_t ChangeCount() const { return change_count_; }
+    void SetChangeListener(ChangeListener* listener) { change_listener_ = listener; }
+
     // The status line; null until the main window has one.
     StatusPane* GetStatusPane() const { return status_pane_; }
     void SetStatusPane(StatusPane* pane) { status_pane_ = pane; }
@@ -76,6 +90,8 @@ private:
     RecentFileList recent_files_{kRecentFileCount};
     Document* active_document_ = nullptr;
     StatusPane* status_pane_ = nullptr;
+    uint64_t change_count_ = 0;
+    ChangeListener* change_listener_ = nullptr;
 };
 
 }  // namespace framework

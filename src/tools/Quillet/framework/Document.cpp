@@ -38,9 +38,15 @@ void Document::SetPathName(const std::string& path, bool add_to_recent) {
 }
 
 void Document::SetModifiedFlag(bool modified) {
+    // Every change sets the flag, set or not: each one counts.
+    NoteChange();
     if (modified_ == modified) return;
     modified_ = modified;
     NotifyStatusChanged();
+}
+
+void Document::NoteChange() {
+    if (Application* application = Application::Instance()) application->NoteChange();
 }
 
 void Document::NotifyStatusChanged() {
@@ -65,6 +71,7 @@ void Document::UpdateAllViews(View* sender, long hint, void* object) {
     for (View* view : views) {
         if (view != sender) view->OnUpdate(sender, hint, object);
     }
+    NoteChange();
 }
 
 bool Document::OnNewDocument() {
@@ -144,8 +151,10 @@ void Document::OnCloseDocument() {
         RemoveView(*view);
         view->CloseFrame();
     }
-    App().ForgetDocument(*this);
-    if (template_ != nullptr) template_->RemoveDocument(*this);
+    Application& application = App();
+    application.ForgetDocument(*this);
+    if (template_ != nullptr) template_->RemoveDocument(*this);  // `this` is gone
+    application.NoteChange();
 }
 
 bool Document::SaveModified() {

@@ -93,6 +93,7 @@ protected:
 private:
     friend class DocTemplate;
     void NotifyStatusChanged();
+    static void NoteChange();
 
     std::string title_;
     std::string path_;

@@ -17,6 +17,8 @@ public:
     virtual void WriteString(const std::string& section, const std::string& entry,
                              const std::string& value) = 0;
     virtual void RemoveEntry(const std::string& section, const std::string& entry) = 0;
+    // Puts what was written where the next run of the program finds it.
+    virtual void Flush() {}
 };
 
 class MemoryProfileStore : public ProfileStore {

@@ -13,6 +13,14 @@ Answer ScriptedUserInterface::MessageBox(const std::string& text, const std::str
     return answer;
 }
 
+size_t ScriptedUserInterface::Choose(const ChoiceRequest& request) {
+    choice_boxes.push_back(request);
+    if (choices.empty()) return request.default_choice;
+    const size_t choice = choices.front();
+    choices.pop_front();
+    return choice;
+}
+
 std::optional<std::string> ScriptedUserInterface::NextFileName(const FileDialogRequest& request) {
     file_requests.push_back(request);
     if (file_names.empty()) return std::nullopt;

@@ -24,6 +24,8 @@ public:
     // Answers for the next boxes, in order. With the queue empty a box gets its default
     // answer, as if Enter was pressed.
     std::deque<Answer> answers;
+    // Answers for the next choice boxes, as indexes. Empty queue: the default choice.
+    std::deque<size_t> choices;
     // Answers for the next file pickers; nothing means Cancel. Empty queue: Cancel.
     std::deque<std::optional<std::string>> file_names;
     // Answers for the next multiple-file pickers; an empty list means Cancel.
@@ -36,11 +38,13 @@ public:
     std::deque<std::function<bool(Form&)>> forms;
 
     std::vector<RecordedBox> boxes;
+    std::vector<ChoiceRequest> choice_boxes;
     std::vector<FileDialogRequest> file_requests;
     int wait_cursor_depth = 0;
 
     Answer MessageBox(const std::string& text, const std::string& caption, MessageIcon icon,
                       MessageButtons buttons) override;
+    size_t Choose(const ChoiceRequest& request) override;
     std::optional<std::string> AskOpenFileName(const FileDialogRequest& request) override;
     std::optional<std::string> AskSaveFileName(const FileDialogRequest& request) override;
     std::vector<std::string> AskOpenFileNames(const FileDialogRequest& request) override;

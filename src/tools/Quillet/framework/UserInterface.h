@@ -4,6 +4,7 @@
 // ScriptedUserInterface. No code outside the Qt implementation opens a dialog itself.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -17,6 +18,16 @@ enum class Answer { Ok, Cancel, Retry, Yes, No };
 
 // The answer a box gives when the person just presses Enter.
 Answer DefaultAnswer(MessageButtons buttons);
+
+// A box whose buttons say what they do ("Recover", "Discard", "Later").
+struct ChoiceRequest {
+    std::string text;
+    std::string caption;
+    MessageIcon icon = MessageIcon::Question;
+    std::vector<std::string> choices;
+    size_t default_choice = 0;  // what Enter presses
+    size_t escape_choice = 0;   // what closing the box answers
+};
 
 struct FileDialogRequest {
     std::string title;
@@ -40,6 +51,8 @@ public:
 
     virtual Answer MessageBox(const std::string& text, const std::string& caption, MessageIcon icon,
                               MessageButtons buttons) = 0;
+    // The index of the choice the person pressed.
+    virtual size_t Choose(const ChoiceRequest& request) = 0;
     // The chosen path, or nothing when the person cancelled.
     virtual std::optional<std::string> AskOpenFileName(const FileDialogRequest& request) = 0;
     virtual std::optional<std::string> AskSaveFileName(const FileDialogRequest& request) = 0;

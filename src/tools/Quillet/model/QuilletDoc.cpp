@@ -146,19 +146,24 @@ void CQuilletDoc::DeleteContents() {
     records_.ui_objects.clear();
 }
 
-// Read apart first: a snapshot that does not read changes nothing.
 void CQuilletDoc::RestoreSnapshot(const std::string& snapshot) {
-    framework::Archive archive = framework::Archive::ForLoading(snapshot, {});
+    ReadText(snapshot);
+}
+
+// Read apart first: a text that does not read changes nothing.
+bool CQuilletDoc::ReadText(const std::string& text) {
+    framework::Archive archive = framework::Archive::ForLoading(text, {});
     ProjectRecords loaded;
     try {
         SetProjectBaseDir({});
         ReadApart(archive, loaded);
     } catch (...) {
         ReportLoadFailure(std::current_exception(), archive);
-        return;
+        return false;
     }
     DeleteContents();
     AdoptRecords(std::move(loaded));
+    return true;
 }
 
 void CQuilletDoc::OnEditUndo() {

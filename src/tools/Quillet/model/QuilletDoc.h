@@ -76,6 +76,10 @@ public:
     // the page opens again.
     void KeepPageOutput(PageOutput&& output);
     std::unique_ptr<PageOutput> TakePageOutput(const std::string& path);
+    const std::vector<std::unique_ptr<PageOutput>>& KeptPages() const { return kept_pages_; }
+    // Makes the project what `text` (as a snapshot writes it) says; false after a box when it
+    // does not read, with the project as it was.
+    bool ReadText(const std::string& text);
     // Adds a region to a page; a region of that name on the page is replaced.
     void AddRegion(const std::string& path, const std::string& name, const PageRect& rect,
                    Core::Image* image);

@@ -115,6 +115,16 @@ bool SaveGuard::ChangedOnDisk(const std::string& path) {
     return found != Remembered().end() && found->second != StampOnDisk(path);
 }
 
+std::optional<DiskStamp> SaveGuard::StampRemembered(const std::string& path) {
+    const auto found = Remembered().find(path);
+    if (found == Remembered().end()) return std::nullopt;
+    return found->second;
+}
+
+void SaveGuard::RememberStamp(const std::string& path, const DiskStamp& stamp) {
+    Remembered()[path] = stamp;
+}
+
 std::unique_ptr<SaveGuard> CQuilletDoc::BeginSave(const std::string& path) {
     framework::UserInterface& ui = App().UI();
     // Held through the questions too: what they asked about must not change before the

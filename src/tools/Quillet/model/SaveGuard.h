@@ -4,6 +4,7 @@
 #pragma once
 
 #include <chrono>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -51,6 +52,10 @@ public:
     // Whether the file changed since it was last remembered; false for a file never
     // remembered.
     static bool ChangedOnDisk(const std::string& path);
+    // What is remembered of the file at `path`, if anything.
+    static std::optional<DiskStamp> StampRemembered(const std::string& path);
+    // Remembers `stamp` for the file: what a recovered copy's editor knew of it.
+    static void RememberStamp(const std::string& path, const DiskStamp& stamp);
 
 private:
     Core::FileLock lock_;

@@ -13,6 +13,7 @@ public:
     void WriteString(const std::string& section, const std::string& entry,
                      const std::string& value) override;
     void RemoveEntry(const std::string& section, const std::string& entry) override;
+    void Flush() override { settings_.sync(); }
 
     QSettings& Settings() { return settings_; }
 

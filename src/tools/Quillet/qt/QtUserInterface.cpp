@@ -1,10 +1,13 @@
 #include "QtUserInterface.h"
 
+#include <algorithm>
+
 #include <QApplication>
 #include <QColorDialog>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QMessageBox>
+#include <QPushButton>
 
 #include "FormDialogs.h"
 #include "QtText.h"
@@ -79,6 +82,22 @@ Answer QtUserInterface::MessageBox(const std::string& text, const std::string& c
     QMessageBox box(ToQtIcon(icon), ToQString(caption), ToQString(text), ToQtButtons(buttons),
                     parent_);
     return FromQtButton(box.exec());
+}
+
+size_t QtUserInterface::Choose(const framework::ChoiceRequest& request) {
+    ReleaseMouse();
+    QMessageBox box(ToQtIcon(request.icon), ToQString(request.caption), ToQString(request.text),
+                    QMessageBox::NoButton, parent_);
+    std::vector<QPushButton*> buttons;
+    for (const std::string& choice : request.choices)
+        buttons.push_back(box.addButton(ToQString(choice), QMessageBox::ActionRole));
+    if (request.default_choice < buttons.size())
+        box.setDefaultButton(buttons[request.default_choice]);
+    if (request.escape_choice < buttons.size()) box.setEscapeButton(buttons[request.escape_choice]);
+    box.exec();
+    const auto pressed = std::find(buttons.begin(), buttons.end(), box.clickedButton());
+    return pressed == buttons.end() ? request.escape_choice
+                                    : static_cast<size_t>(pressed - buttons.begin());
 }
 
 std::optional<std::string> QtUserInterface::AskOpenFileName(

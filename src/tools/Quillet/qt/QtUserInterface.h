@@ -13,6 +13,7 @@ public:
     framework::Answer MessageBox(const std::string& text, const std::string& caption,
                                  framework::MessageIcon icon,
                                  framework::MessageButtons buttons) override;
+    size_t Choose(const framework::ChoiceRequest& request) override;
     std::optional<std::string> AskOpenFileName(
         const framework::FileDialogRequest& request) override;
     std::optional<std::string> AskSaveFileName(

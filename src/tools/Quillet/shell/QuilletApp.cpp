@@ -3,6 +3,7 @@
 #include <cstdlib>
 #include <filesystem>
 
+#include "ProjectRecovery.h"
 #include "core.h"
 #include "core_log_options.h"
 #include "core_settings.h"
@@ -54,6 +55,12 @@ bool HasProjectExtension(const std::string& path) {
 CQuilletApp::CQuilletApp(framework::UserInterface& ui, framework::ProfileStore& profile)
     : Application("quillet", ui, profile) {}
 
+CQuilletApp::~CQuilletApp() = default;
+
+void CQuilletApp::EnableRecovery(const std::string& folder) {
+    recovery_ = std::make_unique<ProjectRecovery>(*this, folder);
+}
+
 void CQuilletApp::AddTemplates() {
     auto& project = AddDocTemplate(std::make_unique<framework::DocTemplate>(
         *this, kProjectResource, kProjectDocString, MakeDocument<CQuilletDoc>));
@@ -71,19 +78,23 @@ bool CQuilletApp::InitInstance(const std::vector<std::string>& arguments, MainFr
     AddTemplates();
     if (host != nullptr && !host->CreateMainFrame()) return false;
 
-    // A recent project stands over a path on the command line.
-    std::string file = FindFileToReopen();
-    if (file.empty()) file = FileOnCommandLine(arguments);
-    if (file.empty())
-        OnFileNew();
-    else
-        OpenDocumentFile(file);
+    // Recovered changes stand over the recent project, which stands over a path on the
+    // command line.
+    if (recovery_ == nullptr || !recovery_->OfferRecovery()) {
+        std::string file = FindFileToReopen();
+        if (file.empty()) file = FileOnCommandLine(arguments);
+        if (file.empty())
+            OnFileNew();
+        else
+            OpenDocumentFile(file);
+    }
 
     if (host != nullptr) SetStatusPane(host->ShowMainFrame());
     return true;
 }
 
 void CQuilletApp::ExitInstance() {
+    if (recovery_ != nullptr) recovery_->Finish();
     SaveStdProfileSettings();
 }
 
@@ -110,7 +121,9 @@ bool CQuilletApp::SaveAllModified() {
 }
 
 void CQuilletApp::AddToRecentFileList(const std::string& path) {
-    if (!path.empty() && HasProjectExtension(path)) Application::AddToRecentFileList(path);
+    if (path.empty() || !HasProjectExtension(path)) return;
+    Application::AddToRecentFileList(path);
+    SaveStdProfileSettings();
 }
 
 void CQuilletApp::OnEditUndo() {

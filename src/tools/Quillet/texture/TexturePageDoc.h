@@ -14,21 +14,13 @@
 #include "RegionTiler.h"
 #include "TextureDialogData.h"
 #include "framework/Document.h"
+#include "model/PageOutput.h"
 #include "model/qlt_types.h"
 #include "model/region_pictures.h"
 
 // A file given as a picture that load_tga refuses.
 struct NOT_A_TGA_HEADER {
     std::string path;
-};
-
-// What rebuilding a page's .tga takes: held by the document while its window is open, and
-// by the project for a page whose window closed before the project was saved.
-struct PageOutput {
-    std::string path;
-    Core::PixelFormat save_format = Core::PIXEL_FORMAT_8888;
-    ImagePtr image;  // the page as created or read, 8888; regions not cut yet come from it
-    Core::Colour unused_colour{0xCD, 0xCD, 0xCD, 0xFF};
 };
 
 // Rebuilds the page from its unused colour and `regions` in list order, cutting from the
@@ -73,6 +65,8 @@ public:
     PageSize GetExtent() const { return extent_; }
     Core::Colour GetUnusedColour() const { return output_.unused_colour; }
     Core::PixelFormat GetSaveFormat() const { return output_.save_format; }
+    // What a save rebuilds the page from.
+    const PageOutput& Output() const { return output_; }
 
     // The project's record of this page; reported when missing.
     TPAGE& Page() const;

@@ -1,0 +1,25 @@
+#include "EditorMain.h"
+
+#include <QApplication>
+
+#include "MainWindow.h"
+#include "QtProfileStore.h"
+#include "QtUserInterface.h"
+#include "RecoveryTimer.h"
+#include "shell/ProjectRecovery.h"
+#include "shell/QuilletApp.h"
+
+int RunEditor(const std::vector<std::string>& arguments) {
+    QtUserInterface ui;
+    QtProfileStore profile;
+    CQuilletApp app(ui, profile);
+    MainWindow main_window(app, profile);
+    ui.SetParentWindow(&main_window);
+    app.EnableRecovery(ProjectRecovery::DefaultFolder());
+    RecoveryTimer recovery_timer(app, *app.Recovery());
+
+    if (!app.InitInstance(arguments, &main_window)) return 1;
+    const int result = QApplication::exec();
+    app.ExitInstance();
+    return result;
+}
