@@ -84,6 +84,22 @@ TEST(RecoveryFile, APartOrADamagedCopyIsRefusedWhole) {
         << "a region belongs to a page";
 }
 
+TEST(RecoveryFile, APictureWithoutPixelsIsKeptAsNone) {
+    RecoveryCopy copy = SmallCopy();
+    copy.pages[0].regions.push_back({2, Picture(0, 5, 0x10)});  // a region of an empty rect
+    std::string bytes;
+    ASSERT_TRUE(EncodeRecoveryCopy(copy, bytes)) << "the rest of the copy is still kept";
+    EXPECT_EQ(bytes, Encoded(SmallCopy()));
+
+    std::string reason;
+    // A 32-bit true-colour TGA header of 3x0 pixels.
+    const std::string header("\0\0\2\0\0\0\0\0\0\0\0\0\3\0\0\0\x20\0", 18);
+    const std::string empty_tga = "picture 18\n" + header + "\n";
+    std::string damaged = bytes;
+    damaged.insert(damaged.find("region 1"), empty_tga);
+    EXPECT_FALSE(DecodeRecoveryCopy(damaged, reason)) << "never written, so never read";
+}
+
 TEST(RecoveryWriter, WritesAndRemovesOffTheCallersThreadAndTellsWhatFailed) {
     TempDir dir;
     const std::string file = dir.File("copy.qrc");

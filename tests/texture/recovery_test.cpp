@@ -91,7 +91,7 @@ TEST_F(RecoveryTest, ACopyLeftByAGoneEditorBringsBackEveryUnsavedChange) {
     // The files on disk were never touched; a save writes the recovered work.
     EXPECT_EQ(LoadPage(dir.File("a.tga"))->get_pixel(16, 16), SourceColour(16, 16));
     const Core::Colour b_corner = LoadPage(dir.File("b.tga"))->get_pixel(1, 1);  // as 565 has it
-    ui.answers = {framework::Answer::Ok};  // the parked region is lost, as the person agrees
+    ui.choices = {0};  // the parked region is lost: Save anyway
     ASSERT_TRUE(project->DoFileSave());
     EXPECT_EQ(LoadPage(dir.File("a.tga"))->get_pixel(16, 16), SourceColour(0, 0));
     EXPECT_EQ(LoadPage(dir.File("b.tga"))->get_pixel(21, 5), b_corner);

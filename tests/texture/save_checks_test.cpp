@@ -1,20 +1,22 @@
 // What a project save asks and holds before it writes: regions that would be cut off a page,
 // files someone else changed since the editor read or wrote them, and other writers.
 #include <gtest/gtest.h>
+#include <signal.h>
 #include <sys/wait.h>
-#include <unistd.h>
 
 #include <chrono>
 #include <filesystem>
-#include <thread>
 
+#include "ChildLockHolder.h"
 #include "TexturePageFixture.h"
-#include "core_file_lock.h"
 #include "model/SaveGuard.h"
 
 namespace {
 
 using framework::Answer;
+
+constexpr size_t kSaveAnyway = 0;
+constexpr size_t kCancel = 1;
 
 class SaveChecksTest : public TexturePageFixture {
 protected:
@@ -30,6 +32,9 @@ protected:
     }
 
     std::string LastBox() const { return ui.boxes.empty() ? "" : ui.boxes.back().text; }
+    std::string LastChoice() const {
+        return ui.choice_boxes.empty() ? "" : ui.choice_boxes.back().text;
+    }
 
     CQuilletDoc* project = nullptr;
 };
@@ -39,17 +44,18 @@ TEST_F(SaveChecksTest, RegionsOutsideAPageAreNamedAndCancelKeepsEverything) {
     const std::string page_before = ReadFile(page_path);
     const std::string project_before = ReadFile(dir.File("project.qlt"));
 
-    ui.answers = {Answer::Cancel};
+    ui.choices = {kCancel};
     EXPECT_FALSE(project->DoFileSave());
-    EXPECT_EQ(LastBox(), "2 regions lie outside " + page_path +
-                             " and will be lost: across, parked. Save anyway?");
-    EXPECT_EQ(ui.boxes.back().caption, "Regions Outside the Page");
+    EXPECT_EQ(LastChoice(), "2 regions lie outside " + page_path +
+                                " and will be lost: across, parked. Save anyway?");
+    EXPECT_EQ(ui.choice_boxes.back().caption, "Regions Outside the Page");
+    EXPECT_EQ(ui.choice_boxes.back().choices, (std::vector<std::string>{"Save anyway", "Cancel"}));
     EXPECT_EQ(ReadFile(page_path), page_before);
     EXPECT_EQ(ReadFile(dir.File("project.qlt")), project_before);
     EXPECT_TRUE(page->IsModified());
     EXPECT_TRUE(project->IsModified());
 
-    ui.answers = {Answer::Ok};
+    ui.choices = {kSaveAnyway};
     EXPECT_TRUE(project->DoFileSave());
     EXPECT_NE(ReadFile(page_path), page_before);
     EXPECT_FALSE(page->IsModified());
@@ -57,18 +63,18 @@ TEST_F(SaveChecksTest, RegionsOutsideAPageAreNamedAndCancelKeepsEverything) {
     // A page with nothing outside it saves without a word.
     page->SetRegionPosition("across", 40, 40);
     page->DeleteRegion("parked", false);
-    ui.boxes.clear();
+    ui.choice_boxes.clear();
     EXPECT_TRUE(project->DoFileSave());
-    EXPECT_TRUE(ui.boxes.empty()) << LastBox();
+    EXPECT_TRUE(ui.choice_boxes.empty()) << LastChoice();
 }
 
 TEST_F(SaveChecksTest, APageKeptFromAClosedWindowIsAskedAboutToo) {
     CTexturePageDoc* page = StartWithRegionsOutside();
     page->OnCloseDocument();
-    ui.answers = {Answer::Cancel};
+    ui.choices = {kCancel};
     EXPECT_FALSE(project->DoFileSave());
-    EXPECT_EQ(LastBox(), "2 regions lie outside " + page_path +
-                             " and will be lost: across, parked. Save anyway?");
+    EXPECT_EQ(LastChoice(), "2 regions lie outside " + page_path +
+                                " and will be lost: across, parked. Save anyway?");
 }
 
 TEST_F(SaveChecksTest, AFileChangedOnDiskIsOverwrittenOnlyOnYes) {
@@ -96,9 +102,9 @@ TEST_F(SaveChecksTest, AFileChangedOnDiskIsOverwrittenOnlyOnYes) {
     EXPECT_NE(ReadFile(project_path), theirs);
     // What this save wrote is what the next one expects.
     ChangeWidth(*project, 800);
-    ui.boxes.clear();
+    ui.choice_boxes.clear();
     EXPECT_TRUE(project->DoFileSave());
-    EXPECT_TRUE(ui.boxes.empty()) << LastBox();
+    EXPECT_TRUE(ui.choice_boxes.empty()) << LastChoice();
 
     // The same for a page.
     const std::string their_page = ReadFile(page_path);
@@ -139,25 +145,11 @@ TEST_F(SaveChecksTest, ASaveWaitsForAnotherWriterThenGivesUp) {
     ChangeWidth(*project, 640);
     const std::string project_path = dir.File("project.qlt");
     const std::string before = ReadFile(project_path);
-    int ready[2];
-    ASSERT_EQ(::pipe(ready), 0);
-    const pid_t holder = ::fork();
-    if (holder == 0) {
-        const Core::FileLock lock = Core::FileLock::acquire(project_path, std::chrono::seconds(0));
-        const char held = lock.held() ? 'y' : 'n';
-        if (::write(ready[1], &held, 1) != 1) ::_exit(1);
-        std::this_thread::sleep_for(std::chrono::seconds(60));
-        ::_exit(0);
-    }
-    char held = 'n';
-    ASSERT_EQ(::read(ready[0], &held, 1), 1);
-    ASSERT_EQ(held, 'y');
+    const pid_t holder = ChildHolding(project_path, std::chrono::seconds(60));
 
     EXPECT_FALSE(project->DoFileSave());
     ::kill(holder, SIGKILL);
     ::waitpid(holder, nullptr, 0);
-    ::close(ready[0]);
-    ::close(ready[1]);
     EXPECT_EQ(LastBox(), project_path + " is being changed by another process");
     EXPECT_EQ(ReadFile(project_path), before);
     EXPECT_TRUE(project->IsModified());

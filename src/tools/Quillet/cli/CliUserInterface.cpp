@@ -8,3 +8,8 @@ framework::Answer CliUserInterface::MessageBox(const std::string& text, const st
     std::cerr << caption << ": " << text << '\n';
     return ScriptedUserInterface::MessageBox(text, caption, icon, buttons);
 }
+
+size_t CliUserInterface::Choose(const framework::ChoiceRequest& request) {
+    std::cerr << request.caption << ": " << request.text << '\n';
+    return ScriptedUserInterface::Choose(request);
+}

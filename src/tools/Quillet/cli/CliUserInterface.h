@@ -9,4 +9,5 @@ public:
     framework::Answer MessageBox(const std::string& text, const std::string& caption,
                                  framework::MessageIcon icon,
                                  framework::MessageButtons buttons) override;
+    size_t Choose(const framework::ChoiceRequest& request) override;
 };

@@ -54,12 +54,14 @@ bool LossAllowed(framework::UserInterface& ui, const CQuilletDoc& project,
         const std::vector<std::string> names =
             record != nullptr ? RegionsOutside(*record, page.size) : std::vector<std::string>{};
         if (names.empty()) continue;
-        const std::string text =
-            Counted(names.size(), " region lies outside ", " regions lie outside ") + page.path +
-            " and will be lost: " + JoinNames(names) + ". Save anyway?";
-        if (ui.MessageBox(text, "Regions Outside the Page", MessageIcon::Warning,
-                          MessageButtons::OkCancel) != Answer::Ok)
-            return false;
+        framework::ChoiceRequest request;
+        request.text = Counted(names.size(), " region lies outside ", " regions lie outside ") +
+                       page.path + " and will be lost: " + JoinNames(names) + ". Save anyway?";
+        request.caption = "Regions Outside the Page";
+        request.icon = MessageIcon::Warning;
+        request.choices = {"Save anyway", "Cancel"};
+        request.escape_choice = 1;
+        if (ui.Choose(request) != 0) return false;
     }
     return true;
 }

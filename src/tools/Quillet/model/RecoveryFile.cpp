@@ -27,6 +27,14 @@ std::string Numbers(std::initializer_list<int64_t> values) {
     return line;
 }
 
+// A picture without pixels is kept as none: a TGA cannot hold it, and a page rebuilds the
+// same without it.
+bool HasPixels(const ImagePtr& image) {
+    if (image == nullptr) return false;
+    const Core::Size size = image->get_size();
+    return size.width > 0 && size.height > 0;
+}
+
 bool AppendPicture(std::string& bytes, const std::string& head, Core::Image& image) {
     std::string tga;
     if (!Core::encode_tga(image, Core::PIXEL_FORMAT_8888, tga)) return false;
@@ -40,9 +48,9 @@ bool AppendPage(std::string& bytes, const RecoveredPage& page) {
     AppendRecord(bytes, "page", output.path);
     bytes += Numbers({output.save_format, colour.blue, colour.green, colour.red, colour.alpha});
     bytes += '\n';
-    if (output.image != nullptr && !AppendPicture(bytes, "picture", *output.image)) return false;
+    if (HasPixels(output.image) && !AppendPicture(bytes, "picture", *output.image)) return false;
     for (const RegionPicture& region : page.regions) {
-        if (region.image != nullptr &&
+        if (HasPixels(region.image) &&
             !AppendPicture(bytes, "region " + std::to_string(region.index), *region.image))
             return false;
     }
@@ -125,7 +133,8 @@ private:
         Core::TgaReader reader;
         reader.buffer.attach(
             std::make_shared<Core::MemoryBufferImpl>(std::vector<uint8_t>(tga.begin(), tga.end())));
-        return ImagePtr(Core::load_tga(reader, Core::PIXEL_FORMAT_8888));
+        ImagePtr image(Core::load_tga(reader, Core::PIXEL_FORMAT_8888));
+        return HasPixels(image) ? std::move(image) : nullptr;
     }
 
     static bool ReadStamp(std::string_view line, DiskStamp& stamp) {
@@ -150,36 +159,48 @@ private:
         return true;
     }
 
+    static std::string* TextField(RecoveryCopy& copy, const std::string& name) {
+        if (name == "project") return &copy.project_path;
+        if (name == "title") return &copy.title;
+        if (name == "text") return &copy.text;
+        return nullptr;
+    }
+
     bool Take(RecoveryCopy& copy, const Record& record) {
-        const std::string body(record.body);
-        if (record.name == "project") {
-            copy.project_path = body;
-        } else if (record.name == "title") {
-            copy.title = body;
-        } else if (record.name == "text") {
-            copy.text = body;
-        } else if (record.name == "stamp") {
+        const std::string& name = record.name;
+        const std::string_view body = record.body;
+        if (std::string* field = TextField(copy, name)) {
+            *field = body;
+            return true;
+        }
+        if (name == "stamp") {
             DiskStamp stamp;
             if (!ReadStamp(NextLine(), stamp)) return false;
             copy.stamps.emplace_back(body, stamp);
-        } else if (record.name == "page") {
+            return true;
+        }
+        if (name == "page") {
             RecoveredPage page;
             page.output.path = body;
             if (!ReadPageLine(NextLine(), page.output)) return false;
             copy.pages.push_back(std::move(page));
-        } else if (record.name == "picture" && !copy.pages.empty()) {
-            copy.pages.back().output.image = DecodePicture(record.body);
-            return copy.pages.back().output.image != nullptr;
-        } else if (record.name == "region" && !copy.pages.empty() && record.numbers.size() == 1 &&
-                   record.numbers[0] >= 0 && record.numbers[0] <= UINT32_MAX) {
-            ImagePtr image = DecodePicture(record.body);
-            if (image == nullptr) return false;
-            copy.pages.back().regions.push_back(
-                {static_cast<uint32_t>(record.numbers[0]), std::move(image)});
-        } else {
-            return false;
+            return true;
         }
-        return true;
+        // Pictures belong to the page before them.
+        if (copy.pages.empty()) return false;
+        RecoveredPage& page = copy.pages.back();
+        if (name == "picture") {
+            page.output.image = DecodePicture(body);
+            return page.output.image != nullptr;
+        }
+        if (name == "region" && record.numbers.size() == 1 && record.numbers[0] >= 0 &&
+            record.numbers[0] <= UINT32_MAX) {
+            ImagePtr image = DecodePicture(body);
+            if (image == nullptr) return false;
+            page.regions.push_back({static_cast<uint32_t>(record.numbers[0]), std::move(image)});
+            return true;
+        }
+        return false;
     }
 
     std::string_view rest_;
