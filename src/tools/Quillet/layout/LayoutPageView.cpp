@@ -4,6 +4,7 @@
 #include <limits>
 
 #include "core_assert.h"
+#include "framework/VirtualKeys.h"
 #include "model/QuilletDoc.h"
 #include "model/page_rect.h"
 #include "model/piece_geometry.h"
@@ -12,14 +13,6 @@
 #include "shell/CommandIds.h"
 
 namespace {
-
-// Windows virtual keys.
-constexpr int kKeyControl = 17;
-constexpr int kKeyLeft = 37;
-constexpr int kKeyUp = 38;
-constexpr int kKeyRight = 39;
-constexpr int kKeyDown = 40;
-constexpr int kKeyDelete = 46;
 
 // How far inside a piece's edge a press still takes the edge.
 constexpr int64_t kGrabBand = 2;
@@ -581,22 +574,22 @@ void CLayoutPageView::InvalidateSelectionOutline() {
 
 void CLayoutPageView::OnKeyDown(int virtual_key) {
     switch (virtual_key) {
-        case kKeyControl:
+        case framework::kKeyControl:
             ctrl_down_ = true;
             break;
-        case kKeyLeft:
+        case framework::kKeyLeft:
             Nudge({-1, 0});
             break;
-        case kKeyRight:
+        case framework::kKeyRight:
             Nudge({1, 0});
             break;
-        case kKeyUp:
+        case framework::kKeyUp:
             Nudge({0, -1});
             break;
-        case kKeyDown:
+        case framework::kKeyDown:
             Nudge({0, 1});
             break;
-        case kKeyDelete:
+        case framework::kKeyDelete:
             if (!has_selection_) break;
             DeleteSelection();
             if (CLayoutPageDoc* document = GetDocument()) {
@@ -611,7 +604,7 @@ void CLayoutPageView::OnKeyDown(int virtual_key) {
 }
 
 void CLayoutPageView::OnKeyUp(int virtual_key) {
-    if (virtual_key == kKeyControl) ctrl_down_ = false;
+    if (virtual_key == framework::kKeyControl) ctrl_down_ = false;
 }
 
 // One page pixel whatever the zoom, held to the tool's axis and to the page like a drag.

@@ -5,6 +5,7 @@
 #include <QScrollBar>
 
 #include "MdiFrame.h"
+#include "framework/VirtualKeys.h"
 
 ZoomScrollArea::ZoomScrollArea(std::function<int()> zoom, std::function<void()> rebuild)
     : zoom_(std::move(zoom)), rebuild_(std::move(rebuild)) {
@@ -15,17 +16,17 @@ ZoomScrollArea::ZoomScrollArea(std::function<int()> zoom, std::function<void()> 
 int ZoomScrollArea::VirtualKey(int qt_key) {
     switch (qt_key) {
         case Qt::Key_Control:
-            return 17;
+            return framework::kKeyControl;
         case Qt::Key_Left:
-            return 37;
+            return framework::kKeyLeft;
         case Qt::Key_Up:
-            return 38;
+            return framework::kKeyUp;
         case Qt::Key_Right:
-            return 39;
+            return framework::kKeyRight;
         case Qt::Key_Down:
-            return 40;
+            return framework::kKeyDown;
         case Qt::Key_Delete:
-            return 46;
+            return framework::kKeyDelete;
         default:
             return 0;
     }

@@ -17,8 +17,8 @@ public:
     ZoomScrollArea(std::function<int()> zoom, std::function<void()> rebuild);
 
 protected:
-    // The Windows virtual-key number the views answer for a key (17 Control, 37 to 40 the
-    // arrows, 46 Delete), or 0 for any other key.
+    // The virtual key the views answer for a key (framework/VirtualKeys.h), or 0 for any
+    // other key.
     static int VirtualKey(int qt_key);
     // A mouse event's point in window pixels.
     static Point PointOf(const QMouseEvent* event);

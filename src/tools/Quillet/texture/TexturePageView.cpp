@@ -11,6 +11,7 @@
 #include "forms/PageChooserForm.h"
 #include "forms/TextureForm.h"
 #include "framework/Application.h"
+#include "framework/VirtualKeys.h"
 #include "model/QuilletDoc.h"
 #include "model/page_rect.h"
 #include "model/report.h"
@@ -23,13 +24,6 @@ constexpr Core::Colour kWindowColour{0xFF, 0xFF, 0xFF, 0xFF};
 // How far beside and below the page the composed page reaches at most: room for anything
 // parked there, but not for a region that a file put a billion pixels away.
 constexpr int32_t kParkingRoom = 4096;
-
-// Windows virtual keys.
-constexpr int kKeyLeft = 37;
-constexpr int kKeyUp = 38;
-constexpr int kKeyRight = 39;
-constexpr int kKeyDown = 40;
-constexpr int kKeyDelete = 46;
 
 // Draws `picture` unstretched at the rectangle's corner, no larger than the rectangle.
 void DrawPicture(const Core::Pixels<Core::Colour>& destination, const PageRect& rect,
@@ -323,20 +317,20 @@ void CTexturePageView::OnLButtonUp(Point device) {
 
 void CTexturePageView::OnKeyDown(int virtual_key) {
     switch (virtual_key) {
-        case kKeyDelete:
+        case framework::kKeyDelete:
             DeleteSelection();
             SetStatus(0, "");
             break;
-        case kKeyLeft:
+        case framework::kKeyLeft:
             NudgeSelection({-1, 0});
             break;
-        case kKeyUp:
+        case framework::kKeyUp:
             NudgeSelection({0, -1});
             break;
-        case kKeyRight:
+        case framework::kKeyRight:
             NudgeSelection({1, 0});
             break;
-        case kKeyDown:
+        case framework::kKeyDown:
             NudgeSelection({0, 1});
             break;
         default:
