@@ -1,5 +1,6 @@
 #include "CommandButtons.h"
 
+#include <QMenu>
 #include <QPixmap>
 #include <QToolBar>
 #include <QVBoxLayout>
@@ -33,8 +34,22 @@ PageWindow::PageWindow() {
     layout->addWidget(tool_bar_);
 }
 
-void PageWindow::SetPage(QWidget* page) {
+void PageWindow::SetPage(QWidget* page, const PageCommands& commands,
+                         std::function<void(int)> run) {
     static_cast<QVBoxLayout*>(layout())->addWidget(page, 1);
+    AddCommandButtons(*tool_bar_, commands.buttons, commands.drawn,
+                      [page, run = std::move(run)](int command) {
+                          run(command);
+                          page->setFocus();
+                      });
+}
+
+void PageWindow::FillMenuWith(QMenu& menu, const PageCommands& commands,
+                              std::function<PageWindow*()> active) {
+    AddCommandButtons(menu, commands.buttons, commands.drawn,
+                      [active = std::move(active)](int command) {
+                          if (PageWindow* window = active()) window->Action(command)->trigger();
+                      });
 }
 
 QAction* PageWindow::Action(int command) const {

@@ -10,6 +10,7 @@
 #include <functional>
 #include <span>
 
+class QMenu;
 class QToolBar;
 
 struct CommandButton {
@@ -18,6 +19,13 @@ struct CommandButton {
     const char* theme_icon;  // the desktop's picture, if it has one
     const char* label;       // drawn when the desktop has no picture; empty for a drawing
     bool handled = true;     // false: no window handles it yet, so it stays disabled
+};
+
+// The commands of one kind of page window: its buttons, and the pictures drawn for those
+// the desktop has none for (a null icon: the button's label).
+struct PageCommands {
+    std::span<const CommandButton> buttons;
+    QIcon (*drawn)(int command);
 };
 
 // A 16 by 16 picture drawn by `draw` on a clear ground.
@@ -60,9 +68,13 @@ public:
 
 protected:
     PageWindow();
-    QToolBar& ToolBar() const { return *tool_bar_; }
-    // Puts the page below the toolbar, taking all the room left.
-    void SetPage(QWidget* page);
+    // Puts `page` below the toolbar, taking all the room left, and fills the toolbar with
+    // `commands`: each calls `run` with its command, then gives the page the focus.
+    void SetPage(QWidget* page, const PageCommands& commands, std::function<void(int)> run);
+    // Fills `menu` with `commands`, in the toolbar's order; each triggers its action in the
+    // window that `active` answers when it is chosen (none: nothing happens).
+    static void FillMenuWith(QMenu& menu, const PageCommands& commands,
+                             std::function<PageWindow*()> active);
 
 private:
     QToolBar* tool_bar_ = nullptr;

@@ -177,6 +177,8 @@ const CommandButton kButtons[] = {
 constexpr int kTools[] = {kSelectAndMove, kMoveHorizontal, kMoveVertical, kSelectByGroup,
                           kMagnifyArea};
 
+const PageCommands kCommands{kButtons, DrawnPicture};
+
 }  // namespace
 
 LayoutPageWidget::LayoutPageWidget()
@@ -299,15 +301,7 @@ void LayoutPageWidget::keyReleaseEvent(QKeyEvent* event) {
 }
 
 LayoutPageWindow::LayoutPageWindow() : page_(new LayoutPageWidget) {
-    SetPage(page_);
-    FillToolBar();
-}
-
-void LayoutPageWindow::FillToolBar() {
-    AddCommandButtons(ToolBar(), kButtons, DrawnPicture, [this](int command) {
-        page_->View().OnCommand(command);
-        page_->setFocus();
-    });
+    SetPage(page_, kCommands, [this](int command) { page_->View().OnCommand(command); });
     // The tools are a check group, the first of them pressed.
     auto* tools = new QActionGroup(this);
     for (const int tool : kTools) {
@@ -319,7 +313,5 @@ void LayoutPageWindow::FillToolBar() {
 }
 
 void LayoutPageWindow::FillMenu(QMenu& menu, std::function<LayoutPageWindow*()> active) {
-    AddCommandButtons(menu, kButtons, DrawnPicture, [active](int command) {
-        if (LayoutPageWindow* window = active()) window->Action(command)->trigger();
-    });
+    FillMenuWith(menu, kCommands, std::move(active));
 }

@@ -67,7 +67,5 @@ public:
     static void FillMenu(QMenu& menu, std::function<LayoutPageWindow*()> active);
 
 private:
-    void FillToolBar();
-
     LayoutPageWidget* page_;
 };

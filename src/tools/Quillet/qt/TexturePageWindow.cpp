@@ -153,22 +153,14 @@ QIcon DrawnPicture(int command) {
     return {};
 }
 
+const PageCommands kCommands{kButtons, DrawnPicture};
+
 }  // namespace
 
 TexturePageWindow::TexturePageWindow() : page_(new TexturePageWidget) {
-    SetPage(page_);
-    FillToolBar();
-}
-
-void TexturePageWindow::FillToolBar() {
-    AddCommandButtons(ToolBar(), kButtons, DrawnPicture, [this](int command) {
-        page_->View().OnCommand(command);
-        page_->setFocus();
-    });
+    SetPage(page_, kCommands, [this](int command) { page_->View().OnCommand(command); });
 }
 
 void TexturePageWindow::FillMenu(QMenu& menu, std::function<TexturePageWindow*()> active) {
-    AddCommandButtons(menu, kButtons, DrawnPicture, [active](int command) {
-        if (TexturePageWindow* window = active()) window->Action(command)->trigger();
-    });
+    FillMenuWith(menu, kCommands, std::move(active));
 }

@@ -59,7 +59,5 @@ public:
     static void FillMenu(QMenu& menu, std::function<TexturePageWindow*()> active);
 
 private:
-    void FillToolBar();
-
     TexturePageWidget* page_;
 };
