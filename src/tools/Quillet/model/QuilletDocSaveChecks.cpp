@@ -8,7 +8,6 @@
 #include "SaveGuard.h"
 #include "framework/Application.h"
 #include "framework/UserInterface.h"
-#include "open_documents.h"
 #include "texture/TexturePageDoc.h"
 
 namespace {
@@ -143,11 +142,8 @@ std::unique_ptr<SaveGuard> CQuilletDoc::BeginSave(const std::string& path) {
         const Core::Size size = kept->image->get_size();
         pages.push_back({kept->path, {size.width, size.height}});
     }
-    for (framework::Document* document : OpenDocumentsOf(kTexturePageTemplate)) {
-        const auto* page = dynamic_cast<const CTexturePageDoc*>(document);
-        if (page != nullptr && page->IsModified())
-            pages.push_back({page->GetPathName(), page->GetPageSize()});
-    }
+    for (const CTexturePageDoc* page : ChangedPageWindows())
+        pages.push_back({page->GetPathName(), page->GetPageSize()});
     std::vector<std::string> files;
     for (const PageToWrite& page : pages)
         files.push_back(page.path);

@@ -83,11 +83,8 @@ bool CQuilletDoc::StageChangedPages(Core::FileTransaction& transaction) {
     for (const auto& kept : kept_pages_) {
         if (!stage(kept->path, RebuildPage(*kept, FindTexture(kept->path), bytes))) return false;
     }
-    for (framework::Document* document : OpenDocumentsOf(kTexturePageTemplate)) {
-        auto* page = dynamic_cast<CTexturePageDoc*>(document);
-        if (page != nullptr && page->IsModified() &&
-            !stage(page->GetPathName(), page->SavePage(bytes)))
-            return false;
+    for (CTexturePageDoc* page : ChangedPageWindows()) {
+        if (!stage(page->GetPathName(), page->SavePage(bytes))) return false;
     }
     return true;
 }

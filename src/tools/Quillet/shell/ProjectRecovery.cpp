@@ -38,16 +38,7 @@ void AddPage(RecoveryCopy& copy, const PageOutput& output, const CQuilletDoc& pr
     copy.pages.push_back(std::move(page));
 }
 
-std::vector<const CTexturePageDoc*> ChangedPageWindows() {
-    std::vector<const CTexturePageDoc*> pages;
-    for (const framework::Document* document : OpenDocumentsOf(kTexturePageTemplate)) {
-        const auto* page = dynamic_cast<const CTexturePageDoc*>(document);
-        if (page != nullptr && page->IsModified()) pages.push_back(page);
-    }
-    return pages;
-}
-
-void RememberStamp(RecoveryCopy& copy, const std::string& path) {
+void AddKnownStamp(RecoveryCopy& copy, const std::string& path) {
     if (const std::optional<DiskStamp> stamp = SaveGuard::StampRemembered(path))
         copy.stamps.emplace_back(path, *stamp);
 }
@@ -88,14 +79,14 @@ RecoveryCopy CaptureProject(CQuilletDoc& project) {
     framework::Archive archive = framework::Archive::ForStoring({});
     project.Serialize(archive);
     copy.text = archive.TakeBytes();
-    RememberStamp(copy, copy.project_path);
+    AddKnownStamp(copy, copy.project_path);
     for (const std::unique_ptr<PageOutput>& kept : project.KeptPages()) {
         AddPage(copy, *kept, project);
-        RememberStamp(copy, kept->path);
+        AddKnownStamp(copy, kept->path);
     }
     for (const CTexturePageDoc* page : ChangedPageWindows()) {
         AddPage(copy, page->Output(), project);
-        RememberStamp(copy, page->GetPathName());
+        AddKnownStamp(copy, page->GetPathName());
     }
     return copy;
 }

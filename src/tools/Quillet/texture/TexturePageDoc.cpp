@@ -9,6 +9,7 @@
 #include "framework/UserInterface.h"
 #include "model/QuilletDoc.h"
 #include "model/SaveGuard.h"
+#include "model/open_documents.h"
 #include "model/page_rect.h"
 #include "model/region_pictures.h"
 #include "model/report.h"
@@ -75,6 +76,15 @@ bool RebuildPage(PageOutput& output, TPAGE& page, std::string& bytes) {
         if (region.image != nullptr) PaintRegion(*output.image, region.rect, *region.image);
     }
     return Core::encode_tga(*output.image, output.save_format, bytes);
+}
+
+std::vector<CTexturePageDoc*> ChangedPageWindows() {
+    std::vector<CTexturePageDoc*> pages;
+    for (framework::Document* document : OpenDocumentsOf(kTexturePageTemplate)) {
+        auto* page = dynamic_cast<CTexturePageDoc*>(document);
+        if (page != nullptr && page->IsModified()) pages.push_back(page);
+    }
+    return pages;
 }
 
 TPAGE& CTexturePageDoc::Page() const {

@@ -10,6 +10,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "RegionTiler.h"
 #include "TextureDialogData.h"
@@ -115,3 +116,6 @@ private:
     PageSize page_size_;
     PageSize extent_;
 };
+
+// The open page windows with changes a save has yet to write, in the order they opened.
+std::vector<CTexturePageDoc*> ChangedPageWindows();
