@@ -135,12 +135,12 @@ bool ProjectRecovery::OfferRecovery() {
         // Held while the person decides: two editors starting at once never both take it.
         Core::FileLock lock = Core::FileLock::acquire(file, std::chrono::milliseconds(0));
         if (!lock.held()) continue;  // its editor still runs
-        if (Recover(file, lock)) return true;
+        if (Recover(file)) return true;
     }
     return false;
 }
 
-bool ProjectRecovery::Recover(const std::string& file, Core::FileLock& lock) {
+bool ProjectRecovery::Recover(const std::string& file) {
     std::string reason;
     std::optional<RecoveryCopy> copy = ReadRecoveryCopy(file, reason);
     if (!copy) {
@@ -165,7 +165,6 @@ bool ProjectRecovery::Recover(const std::string& file, Core::FileLock& lock) {
     std::error_code error;
     fs::rename(file, own_file_, error);
     copy_on_disk_ = !error;
-    lock.release();
     return true;
 }
 

@@ -71,7 +71,8 @@ private:
     bool Restore(RecoveryCopy&& copy);
     // The copies in the folder other than this editor's, newest first.
     std::vector<std::string> LeftCopies() const;
-    bool Recover(const std::string& file, Core::FileLock& lock);
+    // Asks about the copy in `file` and carries out the answer; true when it was recovered.
+    bool Recover(const std::string& file);
 
     framework::Application& app_;
     std::string folder_;
