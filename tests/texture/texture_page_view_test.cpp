@@ -203,8 +203,9 @@ TEST_F(TexturePageViewTest, ImportRefusesNamesTakenAnywhereInTheProject) {
     const std::string one = WritePage("one.tga", 8, 8);
     ImportAnswer({one});
     // Shown again, the person renames the picture.
-    ui.forms.push_back([](framework::Form& form) {
-        dynamic_cast<ImportRegionForm&>(form).identifiers = "\"fresh\", ";
+    ui.forms.push_back([this](framework::Form& form) {
+        auto& import = dynamic_cast<ImportRegionForm&>(form);
+        import.SetText(ImportRegionForm::kIdentifiers, "\"fresh\" ", ui);
         return true;
     });
     ui.boxes.clear();
@@ -267,10 +268,10 @@ TEST_F(TexturePageViewTest, ParkedRegionsMoveToAnotherPageUnlessKeptForTheirObje
     view->OnUpdate(nullptr, 0, nullptr);
     view->RebuildIfNeeded();
 
-    ui.forms.push_back([other](framework::Form& form) {
+    ui.forms.push_back([this, other](framework::Form& form) {
         auto& chooser = dynamic_cast<PageChooserForm&>(form);
-        EXPECT_EQ(chooser.pages.size(), 2u);
-        chooser.chosen = other;
+        EXPECT_EQ(chooser.At(PageChooserForm::kPages).items.size(), 2u);
+        chooser.SelectItem(PageChooserForm::kPages, {other}, ui);
         return true;
     });
     ui.answers = {framework::Answer::Cancel};  // keep the region its object uses
@@ -305,8 +306,8 @@ TEST_F(TexturePageViewTest, RegionsMovedOntoAPageNotCutYetLeaveItsOwnRegionsWhol
     CTexturePageView other_view(other_canvas);
     destination->AddView(other_view);
 
-    ui.forms.push_back([other](framework::Form& form) {
-        dynamic_cast<PageChooserForm&>(form).chosen = other;
+    ui.forms.push_back([this, other](framework::Form& form) {
+        dynamic_cast<PageChooserForm&>(form).SelectItem(PageChooserForm::kPages, {other}, ui);
         return true;
     });
     view->OnCommand(commands::kCopyOutsideToExisting);
@@ -324,11 +325,11 @@ TEST_F(TexturePageViewTest, RegionsMovedOntoAPageNotCutYetLeaveItsOwnRegionsWhol
 
 TEST_F(TexturePageViewTest, ResizeShowsThePresentSizeAndTakesTheNewOne) {
     CTexturePageView& page = OpenView({});
-    ui.forms.push_back([](framework::Form& form) {
+    ui.forms.push_back([this](framework::Form& form) {
         auto& texture = dynamic_cast<TextureForm&>(form);
-        EXPECT_EQ(texture.Title(), "Edit Texture");
-        EXPECT_EQ(texture.data.size_choice, 1006u) << "the 64x64 square";
-        texture.SelectSize(1005);
+        EXPECT_EQ(texture.Caption(), "Edit Texture");
+        EXPECT_TRUE(texture.At(TextureForm::kSize64).checked);
+        texture.SetChecked(TextureForm::kSize32, true, ui);
         return true;
     });
     page.OnCommand(commands::kResizePage);

@@ -5,12 +5,30 @@
 namespace {
 
 std::string Quoted(const std::string& text) {
-    return "\"" + text + "\", ";
+    return "\"" + text + "\" ";
 }
 
-void RemoveAll(std::string& text, const std::string& part) {
-    for (size_t at = text.find(part); at != std::string::npos; at = text.find(part, at))
-        text.erase(at, part.size());
+// The file name of a path as either system writes it.
+std::string FileNameOf(const std::string& path) {
+    return path.substr(path.find_last_of("/\\") + 1);
+}
+
+char Lower(char c) {
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;
+}
+
+// Removes every ".tga", whatever its case.
+void RemoveTgaExtensions(std::string& text) {
+    static constexpr std::string_view kExtension = ".tga";
+    for (size_t at = 0; at + kExtension.size() <= text.size();) {
+        bool match = true;
+        for (size_t i = 0; i < kExtension.size() && match; ++i)
+            match = Lower(text[at + i]) == kExtension[i];
+        if (match)
+            text.erase(at, kExtension.size());
+        else
+            ++at;
+    }
 }
 
 std::optional<std::string> EntryOrBox(const std::string& field, size_t index,
@@ -39,29 +57,53 @@ framework::FileDialogRequest ImportRegionForm::SourceRequest() {
     return {"Source File", "TGA Files (*.tga)", ".tga", "*.tga"};
 }
 
+ImportRegionForm::ImportRegionForm() : Form("Import Region") {
+    using framework::ControlKind;
+    Add({.id = kIdentifiers,
+         .kind = ControlKind::Edit,
+         .label = "Region identifier:",
+         .cell = {0, 0, 1, 2}});
+    Add({.id = kSourceFile,
+         .kind = ControlKind::Button,
+         .label = "Source File...",
+         .cell = {1, 0}});
+    Add({.id = kPaths, .kind = ControlKind::ReadOnly, .cell = {1, 1}});
+}
+
 void ImportRegionForm::ChooseFiles(const std::vector<std::string>& chosen) {
+    std::string& paths = Mutable(kPaths).text;
+    std::string& identifiers = Mutable(kIdentifiers).text;
     for (const std::string& path : chosen) {
         paths += Quoted(path);
-        file_names += Quoted(path.substr(path.find_last_of('/') + 1));
+        identifiers += Quoted(FileNameOf(path));
     }
-    count += chosen.size();
-    identifiers = file_names;
-    RemoveAll(identifiers, ".tga");
+    count_ += chosen.size();
+    RemoveTgaExtensions(identifiers);
+}
+
+bool ImportRegionForm::OnPressed(int id, framework::UserInterface& ui) {
+    if (id == kSourceFile) ChooseFiles(ui.AskOpenFileNames(SourceRequest()));
+    return false;
 }
 
 std::optional<std::string> ImportRegionForm::Identifier(size_t index,
                                                         framework::UserInterface& ui) const {
-    return EntryOrBox(identifiers, index, ui);
+    return EntryOrBox(Text(kIdentifiers), index, ui);
 }
 
 std::optional<std::string> ImportRegionForm::Path(size_t index,
                                                   framework::UserInterface& ui) const {
-    return EntryOrBox(paths, index, ui);
+    return EntryOrBox(Text(kPaths), index, ui);
 }
 
 bool ImportRegionForm::OnOk(framework::UserInterface& ui) {
+    if (count_ == 0) {
+        ui.MessageBox(kNothingChosenText, Caption(), framework::MessageIcon::Warning,
+                      framework::MessageButtons::Ok);
+        return false;
+    }
     bool passed = true;
-    for (size_t index = 0; index < count; ++index) {
+    for (size_t index = 0; index < count_; ++index) {
         const std::optional<std::string> identifier = Identifier(index, ui);
         if (!identifier) {
             passed = false;

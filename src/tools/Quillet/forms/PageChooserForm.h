@@ -1,5 +1,5 @@
 // The "All texture pages" dialog: one item for each texture page of the project; the item
-// last selected is the answer.
+// the person selected is the answer.
 #pragma once
 
 #include <string>
@@ -9,8 +9,14 @@
 
 class PageChooserForm : public framework::Form {
 public:
-    static constexpr const char* kTitle = "All texture pages";
+    enum Id : int { kPages = 1000 };
 
-    std::vector<std::string> pages;  // the items, in the project's order
-    std::string chosen;              // the text of the item selected; empty when none was
+    explicit PageChooserForm(const std::vector<std::string>& pages);
+
+    // The page selected; empty when the person selected none.
+    std::string Chosen() const;
+
+private:
+    // A double click on a page is OK.
+    bool OnPressed(int id, framework::UserInterface& ui) override;
 };

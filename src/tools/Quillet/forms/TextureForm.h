@@ -3,40 +3,41 @@
 // last OK are the next defaults.
 #pragma once
 
-#include <array>
-#include <string>
+#include <cstdint>
 
 #include "framework/Form.h"
 #include "texture/TextureDialogData.h"
 
 class TextureForm : public framework::Form {
 public:
-    struct SizeButton {
-        uint32_t control_id;
-        const char* text;
-        uint16_t side;  // 0 for "User"
+    enum Id : int {
+        kSize16 = 1004,
+        kSize32 = 1005,
+        kSize64 = 1006,
+        kSize128 = 1007,
+        kSize256 = static_cast<int>(TextureDialogData::kSquare256),
+        kUserSize = static_cast<int>(TextureDialogData::kUserSize),
+        kWidth = 1044,
+        kHeight = 1045,
+        kDepth16 = 1009,
+        kDepth32 = 1010,
+        kAlpha = 1011,
     };
-    static const std::array<SizeButton, 6>& SizeButtons();
 
     // Starts from the settings of the last OK, titled "Create Texture".
     TextureForm();
 
-    const std::string& Title() const { return title_; }
     // Shows the page's present size: the matching square, else "User"; titled "Edit
     // Texture".
     void SetCurrentSize(uint16_t width, uint16_t height);
-    // Picks a size button; a square sets the size, "User" keeps the size as typed.
-    void SelectSize(uint32_t control_id);
 
+    // What the last OK chose.
     TextureDialogData data;
-
-    static constexpr const char* kEmptySizeText =
-        "Please give the texture a width and a height of at least 1 pixel.";
-
-    // Refuses a width or height of 0; keeps the settings for the next use.
-    bool OnOk(framework::UserInterface& ui) override;
 
 private:
     static TextureDialogData& Remembered();
-    std::string title_ = "Create Texture";
+    void ShowSize(uint32_t choice, uint16_t width, uint16_t height);
+    void OnChanged(int id, framework::UserInterface& ui) override;
+    // Takes the controls into `data` and keeps them for the next use.
+    bool OnOk(framework::UserInterface& ui) override;
 };

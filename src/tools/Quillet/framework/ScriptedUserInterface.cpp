@@ -59,7 +59,7 @@ bool ScriptedUserInterface::RunForm(Form& form) {
         const std::function<bool(Form&)> person = std::move(forms.front());
         forms.pop_front();
         if (!person(form)) return false;
-        if (form.OnOk(*this)) return true;
+        if (form.Accept(*this)) return true;
     }
     return false;
 }

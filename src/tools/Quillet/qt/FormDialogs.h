@@ -1,53 +1,48 @@
-// The dialogs bound to the forms: each shows its form's fields, writes them back on OK and
-// closes only when the form's checks pass.
+// The one dialog that shows any form: a widget per control, placed in the form's grid, with
+// OK and Cancel below. Every change the person makes goes to the form, and the dialog then
+// shows every control as the form left it; OK closes only when the form accepts.
 #pragma once
 
 #include <QDialog>
+#include <map>
+#include <string>
+#include <vector>
 
+#include "framework/Form.h"
 #include "framework/UserInterface.h"
 
-class ImportRegionForm;
-class PageChooserForm;
-class QLineEdit;
-class TextureForm;
+class QLabel;
+class QTreeWidget;
 
-// Runs the dialog of `form`'s kind over `parent`; false when cancelled, or for a kind of form
-// that has no dialog.
+// Runs the dialog of `form` over `parent`, or over the dialog that is open now; false when
+// cancelled.
 bool RunFormDialog(framework::Form& form, framework::UserInterface& ui, QWidget* parent);
 
-// "Create Texture" or "Edit Texture".
-class TextureDialog : public QDialog {
+class FormDialog : public QDialog {
     Q_OBJECT
 public:
-    TextureDialog(TextureForm& form, framework::UserInterface& ui, QWidget* parent);
+    FormDialog(framework::Form& form, framework::UserInterface& ui, QWidget* parent);
+
     void accept() override;
+    // The widget that shows control `id`; null for an id the form does not have.
+    QWidget* ControlWidget(int id) const;
 
 private:
-    TextureForm& form_;
+    QWidget* MakeWidget(const framework::Control& control);
+    QWidget* MakeTree(const framework::Control& control);
+    // Runs what the person did, then shows the form's controls as they now stand.
+    template <typename Change>
+    void Report(Change change);
+    void Refresh();
+    void RefreshControl(const framework::Control& control);
+    void RefreshTree(const framework::Control& control, QTreeWidget& tree);
+
+    framework::Form& form_;
     framework::UserInterface& ui_;
-    QLineEdit* width_ = nullptr;
-    QLineEdit* height_ = nullptr;
-};
-
-// "Import Region".
-class ImportRegionDialog : public QDialog {
-    Q_OBJECT
-public:
-    ImportRegionDialog(ImportRegionForm& form, framework::UserInterface& ui, QWidget* parent);
-    void accept() override;
-
-private:
-    void ChooseFiles();
-
-    ImportRegionForm& form_;
-    framework::UserInterface& ui_;
-    QLineEdit* identifiers_ = nullptr;
-    QLineEdit* file_names_ = nullptr;
-};
-
-// "All texture pages".
-class PageChooserDialog : public QDialog {
-    Q_OBJECT
-public:
-    PageChooserDialog(PageChooserForm& form, QWidget* parent);
+    std::map<int, QWidget*> widgets_;
+    std::map<int, QLabel*> labels_;
+    // What each list and tree shows, so that they are filled again only when that changes.
+    std::map<int, std::vector<std::string>> shown_rows_;
+    std::map<int, std::vector<framework::TreeItem>> shown_items_;
+    bool refreshing_ = false;
 };

@@ -444,20 +444,20 @@ void CTexturePageView::OnImport() {
     ImportRegionForm form;
     // Names are free or taken in the whole project; a taken one brings the dialog back.
     for (bool taken = true; taken;) {
-        if (!UI().RunForm(form) || form.identifiers.empty() || form.paths.empty()) return;
+        if (!UI().RunForm(form)) return;
         taken = false;
-        for (size_t index = 0; index < form.count; ++index) {
-            const std::string identifier = QuotedEntry(form.identifiers, index).value_or("");
+        for (size_t index = 0; index < form.Count(); ++index) {
+            const std::string identifier = form.Identifier(index, UI()).value_or("");
             if (document->IsNameFree(identifier)) continue;
             UI().MessageBox("Identifier is already in use", identifier,
                             framework::MessageIcon::Stop, framework::MessageButtons::Ok);
             taken = true;
         }
     }
-    for (size_t index = 0; index < form.count; ++index) {
+    for (size_t index = 0; index < form.Count(); ++index) {
         try {
-            document->ImportRegion(QuotedEntry(form.paths, index).value_or(""),
-                                   QuotedEntry(form.identifiers, index).value_or(""));
+            document->ImportRegion(form.Path(index, UI()).value_or(""),
+                                   form.Identifier(index, UI()).value_or(""));
         } catch (const NOT_A_TGA_HEADER& refused) {
             UI().MessageBox(CTexturePageDoc::kNotATga, refused.path, framework::MessageIcon::Stop,
                             framework::MessageButtons::Ok);
@@ -514,11 +514,12 @@ void CTexturePageView::OnCopyOutsideToNew() {
 void CTexturePageView::OnCopyOutsideToExisting() {
     CQuilletDoc* project = GetProjectDoc();
     if (project == nullptr) return;
-    PageChooserForm form;
+    std::vector<std::string> pages;
     for (const TPAGE& page : project->records().texture_pages)
-        form.pages.push_back(page.path);
-    if (!UI().RunForm(form) || form.chosen.empty()) return;
-    MoveRegionsOutside(GetDocument(), project->OpenTexture(form.chosen));
+        pages.push_back(page.path);
+    PageChooserForm form(pages);
+    if (!UI().RunForm(form) || form.Chosen().empty()) return;
+    MoveRegionsOutside(GetDocument(), project->OpenTexture(form.Chosen()));
 }
 
 void CTexturePageView::OnResizePage() {
