@@ -82,7 +82,16 @@ void ImportRegionForm::ChooseFiles(const std::vector<std::string>& chosen) {
 }
 
 bool ImportRegionForm::OnPressed(int id, framework::UserInterface& ui) {
-    if (id == kSourceFile) ChooseFiles(ui.AskOpenFileNames(SourceRequest()));
+    if (id != kSourceFile) return false;
+    const std::vector<std::string> chosen = ui.AskOpenFileNames(SourceRequest());
+    // The lists hold each name in double quotes: a name holding one would split its entry.
+    for (const std::string& path : chosen) {
+        if (path.find('"') == std::string::npos) continue;
+        ui.MessageBox("A file name may not hold the character \":\n\n" + path, "Error",
+                      framework::MessageIcon::Warning, framework::MessageButtons::Ok);
+        return false;
+    }
+    ChooseFiles(chosen);
     return false;
 }
 

@@ -712,7 +712,7 @@ bool CLayoutPageView::OnCommand(int command) {
             OnZSort();
             return true;
         default:
-            return OnSelectionCommand(command);
+            return OnPieceCommand(command) || OnSelectionCommand(command);
     }
 }
 

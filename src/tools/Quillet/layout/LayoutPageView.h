@@ -1,6 +1,8 @@
 // The window on a layout page, as logic: the page drawn at zoom 1 into a back buffer, the
 // five tools, a selection of pieces, moving and resizing them, the rubber band, the keys,
-// the cursor and the status line, the commands over a selection, and the z sort dialog.
+// the cursor and the status line, the commands over a selection, the z sort dialog, and the
+// commands on single pieces (edit, clone, copy and paste attributes, reset size, edit
+// groups, insert an object).
 //
 // The window itself is a canvas: it forwards mouse and key events here, paints the back
 // buffer at the zoom and the outlines this class lists, and does what the canvas calls ask.
@@ -134,7 +136,12 @@ public:
     bool IsDragging() const { return dragging_; }
     bool IsResizing() const { return resizing_; }
     bool IsRubberBanding() const { return rubber_band_; }
+    // The piece the last right click was on, which the piece commands act on; empty for none.
     const std::string& ContextPiece() const { return context_piece_; }
+    // The copy Copy Attributes took, null before the first.
+    const UI_PIECE* AttributeClipboard() const {
+        return attribute_clipboard_ ? &*attribute_clipboard_ : nullptr;
+    }
     const std::vector<std::string>& GroupIds() const { return group_ids_; }
     const std::vector<std::string>& EditGroupIds() const { return edit_group_ids_; }
     const LayoutRenderer& Renderer() const { return renderer_; }
@@ -200,6 +207,18 @@ private:
     void SnapCentres();
     void TakeSnapshot();
 
+    // The commands on single pieces, each with its dialogs.
+    bool OnPieceCommand(int command);
+    // Lets go of the mouse and ends any drag: the button's release would go to the dialog.
+    void BeforeDialog();
+    void EditContextPiece();
+    void CloneSelection();
+    void CopyAttributes();
+    void PasteAttributes();
+    void ResetSize();
+    void CreateEditGroup();
+    void InsertObject();
+
     LayoutPageCanvas& canvas_;
     LayoutRenderer renderer_;
     ImagePtr back_buffer_;
@@ -214,6 +233,7 @@ private:
     Point band_start_;
     Point band_end_;
     std::string context_piece_;
+    std::optional<UI_PIECE> attribute_clipboard_;
     bool resizing_ = false;
     ResizeHandle resize_handle_ = ResizeHandle::NONE;
     LayoutCursor cursor_ = LayoutCursor::Move;
