@@ -174,10 +174,21 @@ void CQuilletDoc::OnEditRedo() {
     StepAndRefresh(&SnapshotUndo::RedoStep);
 }
 
+bool CQuilletDoc::UndoActsNow() const {
+    return dynamic_cast<LayoutPageLink*>(App().GetActiveDocument()) != nullptr &&
+           GetFirstView() != nullptr;
+}
+
+bool CQuilletDoc::CanUndo() const {
+    return UndoActsNow() && undo_list.size() >= 2;
+}
+
+bool CQuilletDoc::CanRedo() const {
+    return UndoActsNow() && !redo_list.empty();
+}
+
 void CQuilletDoc::StepAndRefresh(bool (SnapshotUndo::*step)()) {
-    if (dynamic_cast<LayoutPageLink*>(App().GetActiveDocument()) == nullptr ||
-        GetFirstView() == nullptr)
-        return;
+    if (!UndoActsNow()) return;
     if (!(this->*step)()) return;
     // The project differs from its file now, whatever the file was.
     SetModifiedFlag(true);
@@ -191,6 +202,15 @@ void CQuilletDoc::StepAndRefresh(bool (SnapshotUndo::*step)()) {
             window->OnCloseDocument();
     }
     UpdateAllViews(nullptr);
+}
+
+void CQuilletDoc::OnCloseDocument() {
+    for (const TemplateIndex pages : {kTexturePageTemplate, kLayoutPageTemplate}) {
+        for (framework::Document* page : OpenDocumentsOf(pages))
+            page->OnCloseDocument();
+    }
+    SetStatusText("");
+    framework::Document::OnCloseDocument();  // `this` is gone
 }
 
 void CQuilletDoc::ClearAllModified() {

@@ -37,12 +37,17 @@ public:
     // Only a save whose files are in place clears the modified flags of the project and its
     // open pages.
     bool OnSaveDocument(const std::string& path) override;
+    // The project's page windows close with it, and its status text goes.
+    void OnCloseDocument() override;
 
     // Records the present state for Undo. Neither saves nor clears any modified flag.
     void TakeSnapshot();
     // Undo and Redo act only while a layout page window is active.
     void OnEditUndo();
     void OnEditRedo();
+    // Whether Undo or Redo would do something now.
+    bool CanUndo() const;
+    bool CanRedo() const;
 
     // Clears the modified flag of every open page document, then of the project.
     void ClearAllModified();
@@ -106,9 +111,10 @@ public:
     // snapshot only when it is set, so a drag can change a piece often and snapshot once.
     bool LayoutExists(const std::string& name) const;
     LPAGE& FindLayout(const std::string& name);
-    // A new page of the project's size, opened in its window; false (and the page that
-    // exists opened) when the name is taken.
+    // A new page of the project's size, or of the size given, opened in its window; false
+    // (and the page that exists opened) when the name is taken.
     bool CreateLayout(const std::string& name);
+    bool CreateLayout(const std::string& name, int32_t width, int32_t height);
     // The page `new_name` takes all of `source`, then its own name back.
     void CopyLayout(const std::string& source, const std::string& new_name);
     // The window of a page, brought forward or opened.
@@ -210,6 +216,8 @@ private:
     void ChangeMadeWithoutSnapshot();
     // Modified, a snapshot if asked for.
     void PieceChanged(bool snapshot);
+    // Undo and Redo act only while a layout page window is active.
+    bool UndoActsNow() const;
     void StepAndRefresh(bool (SnapshotUndo::*step)());
 
     // What must be checked and held before a save to `path` writes anything; null when the

@@ -35,14 +35,18 @@ framework::Document* CQuilletDoc::OpenLayout(const std::string& name) {
 }
 
 bool CQuilletDoc::CreateLayout(const std::string& name) {
+    return CreateLayout(name, records_.qlt_file.layout_width, records_.qlt_file.layout_height);
+}
+
+bool CQuilletDoc::CreateLayout(const std::string& name, int32_t width, int32_t height) {
     if (LayoutExists(name)) {
         OpenLayout(name);
         return false;
     }
     LPAGE page;
     page.name = name;
-    page.width = records_.qlt_file.layout_width;
-    page.height = records_.qlt_file.layout_height;
+    page.width = width;
+    page.height = height;
     records_.qlt_file.layouts.push_back(std::move(page));
     OpenLayout(name);
     ChangeMade();

@@ -269,10 +269,14 @@ void CTexturePageDoc::Resize(int32_t width, int32_t height) {
 }
 
 void CTexturePageDoc::SetUnusedColour(const Core::Colour& colour) {
-    output_.unused_colour = colour;
-    if (display_image_ != nullptr) FillImage(*display_image_, colour);
+    ShowUnusedColour(colour);
     SetModifiedFlag(true);
     UpdateAllViews(nullptr);
+}
+
+void CTexturePageDoc::ShowUnusedColour(const Core::Colour& colour) {
+    output_.unused_colour = colour;
+    if (display_image_ != nullptr) FillImage(*display_image_, colour);
 }
 
 void CTexturePageDoc::ClearSpace() {
@@ -326,8 +330,13 @@ bool CTexturePageDoc::CutRegions() {
             break;
         }
     }
+    // Cutting the page into its regions changes nothing the person made: the page is not
+    // marked modified.
     Core::Colour unused;
-    if (cut && FindUnusedColour(unused)) SetUnusedColour(unused);
+    if (cut && FindUnusedColour(unused)) {
+        ShowUnusedColour(unused);
+        UpdateAllViews(nullptr);
+    }
     return cut;
 }
 

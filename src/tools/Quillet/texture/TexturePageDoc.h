@@ -110,6 +110,8 @@ private:
     void FinishPage(const std::string& path);
     void MakeDisplayImage();
     void UpdateExtents();
+    // The unused colour of the page and its display, without marking the page modified.
+    void ShowUnusedColour(const Core::Colour& colour);
 
     PageOutput output_;
     ImagePtr display_image_;

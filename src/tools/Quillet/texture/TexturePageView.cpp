@@ -117,9 +117,9 @@ void CTexturePageView::OnUpdate(framework::View* /*sender*/, long /*hint*/, void
     if (document == nullptr) return;
     const PageSize page = document->GetPageSize();
     page_rect_ = {0, 0, page.width, page.height};
-    // A new page, or a new size, gets a window twice its size.
-    if (page.width != framed_size_.width || page.height != framed_size_.height) {
-        framed_size_ = page;
+    // The window opens at twice the page's size; later it keeps the size the person gave it.
+    if (!placed_) {
+        placed_ = true;
         canvas_.PlaceFrame(2 * page.width, 2 * page.height);
     }
     const PageSize extent = DrawingExtent(*document);
@@ -464,6 +464,8 @@ void CTexturePageView::OnImport() {
         }
     }
     document->TileRegions(TILE_BEST_FIT, spacing_);
+    // The tiling moved every region: the old selection's outline means nothing now.
+    selected_ = moving_ = false;
     needs_rebuild_ = true;
     canvas_.PostRebuild();
     canvas_.InvalidateAll();

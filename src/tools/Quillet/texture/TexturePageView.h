@@ -126,7 +126,7 @@ private:
     bool hot_edge_ = false;
     std::string hot_region_;
     PageRect page_rect_;
-    PageSize framed_size_;  // the page size the window was last placed for
+    bool placed_ = false;  // the window was placed for its page
     std::string selected_name_;
     size_t selected_index_ = 0;
 };
