@@ -55,6 +55,11 @@ TEST(ImportRegionFormTest, ChosenFilesAppendQuotedPathsAndIdentifiers) {
               "\"typed\" \"fire_icon\" \"frame\" \"plain\" ")
         << "what was typed stays; \".tga\" goes in any case";
     EXPECT_EQ(ui.file_requests.back().filter, "TGA Files (*.tga)");
+
+    ui.file_lists = {{"/art/ok.tga", "/art/say \"hi\".tga"}};
+    form.Press(ImportRegionForm::kSourceFile, ui);
+    EXPECT_EQ(form.Count(), 3u) << "a name with a double quote is refused, with its fellows";
+    EXPECT_EQ(ui.boxes.back().caption, "Error");
     EXPECT_EQ(QuotedEntry("\"open", 0), std::nullopt);
     EXPECT_EQ(QuotedEntry("\"\"", 0), "");
 }

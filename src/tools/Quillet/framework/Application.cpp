@@ -104,11 +104,22 @@ void Application::SaveStdProfileSettings() {
 
 void Application::NoteChange() {
     ++change_count_;
-    if (change_listener_ != nullptr) change_listener_->OnDocumentsChanged();
+    // A listener may remove itself while it is told.
+    const std::vector<ChangeListener*> listeners = change_listeners_;
+    for (ChangeListener* listener : listeners)
+        listener->OnDocumentsChanged();
 }
 
 void Application::ForgetDocument(Document& document) {
     if (active_document_ == &document) active_document_ = nullptr;
+}
+
+void Application::AddChangeListener(ChangeListener& listener) {
+    change_listeners_.push_back(&listener);
+}
+
+void Application::RemoveChangeListener(ChangeListener& listener) {
+    std::erase(change_listeners_, &listener);
 }
 
 }  // namespace framework

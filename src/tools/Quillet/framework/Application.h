@@ -76,7 +76,9 @@ public:
     // Documents call this after every change; the count only grows.
     void NoteChange();
     uint64_t ChangeCount() const { return change_count_; }
-    void SetChangeListener(ChangeListener* listener) { change_listener_ = listener; }
+    // Listeners are told in the order they were added; each removes itself before it goes.
+    void AddChangeListener(ChangeListener& listener);
+    void RemoveChangeListener(ChangeListener& listener);
 
     // The status line; null until the main window has one.
     StatusPane* GetStatusPane() const { return status_pane_; }
@@ -91,7 +93,7 @@ private:
     Document* active_document_ = nullptr;
     StatusPane* status_pane_ = nullptr;
     uint64_t change_count_ = 0;
-    ChangeListener* change_listener_ = nullptr;
+    std::vector<ChangeListener*> change_listeners_;
 };
 
 }  // namespace framework

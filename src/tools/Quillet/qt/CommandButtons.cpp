@@ -1,28 +1,23 @@
 #include "CommandButtons.h"
 
 #include <QMenu>
-#include <QPixmap>
 #include <QToolBar>
 #include <QVBoxLayout>
 
-QIcon DrawnIcon(const std::function<void(QPainter&)>& draw) {
-    QPixmap pixmap(16, 16);
-    pixmap.fill(Qt::transparent);
-    QPainter painter(&pixmap);
-    draw(painter);
-    return QIcon(pixmap);
+#include "Icons.h"
+
+QIcon ButtonIcon(const CommandButton& button, const QPalette& palette) {
+    return ThemedCommandIcon(button.theme_icon, button.command, palette);
 }
 
-QIcon LabelIcon(const QString& label) {
-    return DrawnIcon([&label](QPainter& painter) {
-        QFont font = painter.font();
-        font.setPixelSize(label.size() > 1 ? 8 : 11);
-        font.setBold(true);
-        painter.setFont(font);
-        painter.setPen(QColor(0x20, 0x40, 0x90));
-        painter.drawRect(0, 0, 15, 15);
-        painter.drawText(QRect(0, 0, 16, 16), Qt::AlignCenter, label);
-    });
+void ReinkCommandButtons(QWidget& widget, std::span<const CommandButton> buttons) {
+    for (QAction* action : widget.actions()) {
+        const int command = action->data().toInt();
+        for (const CommandButton& button : buttons) {
+            if (button.command != 0 && button.command == command)
+                action->setIcon(ButtonIcon(button, widget.palette()));
+        }
+    }
 }
 
 PageWindow::PageWindow() {
@@ -32,24 +27,29 @@ PageWindow::PageWindow() {
     tool_bar_ = new QToolBar(this);
     tool_bar_->setIconSize(QSize(16, 16));
     layout->addWidget(tool_bar_);
+    FollowPalette(*tool_bar_, [this] { ReinkButtons(); });
 }
 
-void PageWindow::SetPage(QWidget* page, const PageCommands& commands,
+void PageWindow::SetPage(QWidget* page, std::span<const CommandButton> buttons,
                          std::function<void(int)> run) {
     static_cast<QVBoxLayout*>(layout())->addWidget(page, 1);
-    AddCommandButtons(*tool_bar_, commands.buttons, commands.drawn,
-                      [page, run = std::move(run)](int command) {
-                          run(command);
-                          page->setFocus();
-                      });
+    buttons_ = buttons;
+    AddCommandButtons(*tool_bar_, buttons, [page, run = std::move(run)](int command) {
+        run(command);
+        page->setFocus();
+    });
 }
 
-void PageWindow::FillMenuWith(QMenu& menu, const PageCommands& commands,
+void PageWindow::FillMenuWith(QMenu& menu, std::span<const CommandButton> buttons,
                               std::function<PageWindow*()> active) {
-    AddCommandButtons(menu, commands.buttons, commands.drawn,
-                      [active = std::move(active)](int command) {
-                          if (PageWindow* window = active()) window->Action(command)->trigger();
-                      });
+    AddCommandButtons(menu, buttons, [active = std::move(active)](int command) {
+        if (PageWindow* window = active()) window->Action(command)->trigger();
+    });
+    FollowPalette(menu, [&menu, buttons] { ReinkCommandButtons(menu, buttons); });
+}
+
+void PageWindow::ReinkButtons() {
+    ReinkCommandButtons(*tool_bar_, buttons_);
 }
 
 QAction* PageWindow::Action(int command) const {

@@ -4,7 +4,7 @@
 
 #include <QAction>
 #include <QIcon>
-#include <QPainter>
+#include <QPalette>
 #include <QString>
 #include <QWidget>
 #include <functional>
@@ -16,48 +16,35 @@ class QToolBar;
 struct CommandButton {
     int command;             // 0: a separator
     const char* tip;         // the status line's prompt and the tooltip
-    const char* theme_icon;  // the desktop's picture, if it has one
-    const char* label;       // drawn when the desktop has no picture; empty for a drawing
-    bool handled = true;     // false: no window handles it yet, so it stays disabled
+    const char* theme_icon;  // the desktop theme's standard name for it, if there is one
 };
 
-// The commands of one kind of page window: its buttons, and the pictures drawn for those
-// the desktop has none for (a null icon: the button's label).
-struct PageCommands {
-    std::span<const CommandButton> buttons;
-    QIcon (*drawn)(int command);
-};
-
-// A 16 by 16 picture drawn by `draw` on a clear ground.
-QIcon DrawnIcon(const std::function<void(QPainter&)>& draw);
-// A short label in a frame, for a command without a picture of its own.
-QIcon LabelIcon(const QString& label);
+// The picture of a button inked for `palette`: the desktop theme's by its name when it has
+// one, else the program's drawing (Icons.h).
+QIcon ButtonIcon(const CommandButton& button, const QPalette& palette);
 
 // Adds every button to `widget` (a toolbar or a menu) as an action that calls `run` with its
-// command; `drawn` answers the picture of a button that has none from the desktop (a null
-// icon: its label). The actions carry their command as data.
+// command. The actions carry their command as data.
 template <typename Widget>
 void AddCommandButtons(Widget& widget, std::span<const CommandButton> buttons,
-                       const std::function<QIcon(int)>& drawn,
                        const std::function<void(int)>& run) {
     for (const CommandButton& button : buttons) {
         if (button.command == 0) {
             widget.addSeparator();
             continue;
         }
-        QIcon fallback = drawn(button.command);
-        if (fallback.isNull()) fallback = LabelIcon(QString::fromLatin1(button.label));
-        const QIcon icon = button.theme_icon != nullptr
-                               ? QIcon::fromTheme(QString::fromLatin1(button.theme_icon), fallback)
-                               : fallback;
-        QAction* action = widget.addAction(icon, QString::fromLatin1(button.tip));
+        QAction* action =
+            widget.addAction(ButtonIcon(button, widget.palette()), QString::fromLatin1(button.tip));
         action->setStatusTip(QString::fromLatin1(button.tip));
         action->setData(button.command);
-        action->setEnabled(button.handled);
         const int command = button.command;
         QObject::connect(action, &QAction::triggered, &widget, [run, command] { run(command); });
     }
 }
+
+// Gives the actions of `widget` that carry a command of `buttons` their pictures anew, for
+// the widget's palette.
+void ReinkCommandButtons(QWidget& widget, std::span<const CommandButton> buttons);
 
 // A page window's content: the toolbar of the page's commands above the page.
 class PageWindow : public QWidget {
@@ -69,13 +56,18 @@ public:
 protected:
     PageWindow();
     // Puts `page` below the toolbar, taking all the room left, and fills the toolbar with
-    // `commands`: each calls `run` with its command, then gives the page the focus.
-    void SetPage(QWidget* page, const PageCommands& commands, std::function<void(int)> run);
-    // Fills `menu` with `commands`, in the toolbar's order; each triggers its action in the
+    // `buttons`: each calls `run` with its command, then gives the page the focus.
+    void SetPage(QWidget* page, std::span<const CommandButton> buttons,
+                 std::function<void(int)> run);
+    // Fills `menu` with `buttons`, in the toolbar's order; each triggers its action in the
     // window that `active` answers when it is chosen (none: nothing happens).
-    static void FillMenuWith(QMenu& menu, const PageCommands& commands,
+    static void FillMenuWith(QMenu& menu, std::span<const CommandButton> buttons,
                              std::function<PageWindow*()> active);
+    // The toolbar's palette changed: every button takes its picture anew in the new ink.
+    virtual void ReinkButtons();
+    QToolBar& ToolBar() const { return *tool_bar_; }
 
 private:
     QToolBar* tool_bar_ = nullptr;
+    std::span<const CommandButton> buttons_;
 };

@@ -2,6 +2,7 @@
 
 #include <QApplication>
 
+#include "Icons.h"
 #include "MainWindow.h"
 #include "QtProfileStore.h"
 #include "QtUserInterface.h"
@@ -10,6 +11,9 @@
 #include "shell/QuilletApp.h"
 
 int RunEditor(const std::vector<std::string>& arguments) {
+    QApplication::setWindowIcon(ApplicationIcon());
+    // The desktop finds the icon and name by the installed quillet.desktop.
+    QGuiApplication::setDesktopFileName(QStringLiteral("quillet"));
     QtUserInterface ui;
     QtProfileStore profile;
     CQuilletApp app(ui, profile);

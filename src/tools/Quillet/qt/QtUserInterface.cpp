@@ -4,13 +4,16 @@
 
 #include <QApplication>
 #include <QColorDialog>
+#include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QRegularExpression>
 
 #include "FormDialogs.h"
 #include "QtText.h"
+#include "model/QuilletDoc.h"
 
 namespace {
 
@@ -65,8 +68,32 @@ Answer FromQtButton(int button) {
     }
 }
 
+// The filter with each pattern in both cases: pictures and lists made on other systems
+// often carry their extension in capitals.
 QString FilterText(const framework::FileDialogRequest& request) {
-    return ToQString(request.filter) + QStringLiteral(";;All Files (*)");
+    QString filter = ToQString(request.filter);
+    static const QRegularExpression kPattern(QStringLiteral("\\*\\.[A-Za-z0-9]+"));
+    QString both;
+    qsizetype last = 0;
+    for (const QRegularExpressionMatch& match : kPattern.globalMatch(filter)) {
+        both += filter.mid(last, match.capturedStart() - last);
+        const QString pattern = match.captured();
+        both += pattern.toLower() + QLatin1Char(' ') + pattern.toUpper();
+        last = match.capturedEnd();
+    }
+    both += filter.mid(last);
+    return both + QStringLiteral(";;All Files (*)");
+}
+
+// Where a dialog starts: the folder the request names, else the open project's folder.
+QString StartPath(const framework::FileDialogRequest& request) {
+    const QString named = PathToQString(request.initial_path);
+    if (!QFileInfo(named).path().isEmpty() && QFileInfo(named).path() != QStringLiteral("."))
+        return named;
+    const CQuilletDoc* project = GetProjectDoc();
+    if (project == nullptr || project->GetPathName().empty()) return named;
+    const QString folder = QFileInfo(PathToQString(project->GetPathName())).absolutePath();
+    return named.isEmpty() ? folder : QDir(folder).filePath(named);
 }
 
 // A box must never fight a drag for the mouse.
@@ -103,9 +130,8 @@ size_t QtUserInterface::Choose(const framework::ChoiceRequest& request) {
 std::optional<std::string> QtUserInterface::AskOpenFileName(
     const framework::FileDialogRequest& request) {
     ReleaseMouse();
-    const QString path =
-        QFileDialog::getOpenFileName(parent_, ToQString(request.title),
-                                     PathToQString(request.initial_path), FilterText(request));
+    const QString path = QFileDialog::getOpenFileName(parent_, ToQString(request.title),
+                                                      StartPath(request), FilterText(request));
     if (path.isEmpty()) return std::nullopt;
     return PathFromQString(path);
 }
@@ -113,11 +139,19 @@ std::optional<std::string> QtUserInterface::AskOpenFileName(
 std::optional<std::string> QtUserInterface::AskSaveFileName(
     const framework::FileDialogRequest& request) {
     ReleaseMouse();
-    QString path =
-        QFileDialog::getSaveFileName(parent_, ToQString(request.title),
-                                     PathToQString(request.initial_path), FilterText(request));
+    QString path = QFileDialog::getSaveFileName(parent_, ToQString(request.title),
+                                                StartPath(request), FilterText(request));
     if (path.isEmpty()) return std::nullopt;
-    if (QFileInfo(path).suffix().isEmpty()) path += ToQString(request.default_extension);
+    if (QFileInfo(path).suffix().isEmpty()) {
+        // The dialog asked about the name as typed; the name with its extension is asked
+        // about here.
+        path += ToQString(request.default_extension);
+        if (QFileInfo::exists(path) &&
+            QMessageBox::question(parent_, ToQString(request.title),
+                                  QStringLiteral("%1 already exists.\nDo you want to replace it?")
+                                      .arg(QFileInfo(path).fileName())) != QMessageBox::Yes)
+            return std::nullopt;
+    }
     return PathFromQString(path);
 }
 
@@ -125,9 +159,8 @@ std::vector<std::string> QtUserInterface::AskOpenFileNames(
     const framework::FileDialogRequest& request) {
     ReleaseMouse();
     std::vector<std::string> paths;
-    for (const QString& path :
-         QFileDialog::getOpenFileNames(parent_, ToQString(request.title),
-                                       PathToQString(request.initial_path), FilterText(request)))
+    for (const QString& path : QFileDialog::getOpenFileNames(
+             parent_, ToQString(request.title), StartPath(request), FilterText(request)))
         paths.push_back(PathFromQString(path));
     return paths;
 }

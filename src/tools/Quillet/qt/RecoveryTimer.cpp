@@ -6,11 +6,11 @@ RecoveryTimer::RecoveryTimer(framework::Application& app, ProjectRecovery& recov
     : app_(app), recovery_(recovery) {
     timer_.setSingleShot(true);
     connect(&timer_, &QTimer::timeout, this, [this] { recovery_.Update(); });
-    app_.SetChangeListener(this);
+    app_.AddChangeListener(*this);
 }
 
 RecoveryTimer::~RecoveryTimer() {
-    app_.SetChangeListener(nullptr);
+    app_.RemoveChangeListener(*this);
 }
 
 void RecoveryTimer::OnDocumentsChanged() {

@@ -1,12 +1,15 @@
 #include "TexturePageWindow.h"
 
+#include <QActionGroup>
 #include <QKeyEvent>
 #include <QMenu>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QToolBar>
+#include <iterator>
 
 #include "CommandButtons.h"
+#include "Icons.h"
 #include "shell/CommandIds.h"
 
 namespace {
@@ -48,7 +51,8 @@ QPen PenFor(OutlinePen pen, int ant_step) {
 }  // namespace
 
 TexturePageWidget::TexturePageWidget()
-    : ZoomScrollArea([this] { return view_.Zoom(); }, [this] { view_.RebuildIfNeeded(); }) {
+    : ZoomScrollArea([this]() -> CZoomView& { return view_; },
+                     [this] { view_.RebuildIfNeeded(); }) {
     ants_timer_.setSingleShot(true);
     connect(&ants_timer_, &QTimer::timeout, this, [this] { view_.OnTimer(ants_timer_id_); });
 }
@@ -91,6 +95,7 @@ void TexturePageWidget::mouseReleaseEvent(QMouseEvent* event) {
 }
 
 void TexturePageWidget::keyPressEvent(QKeyEvent* event) {
+    if (ZoomKey(event)) return;
     // The arrows move the selection; they do not scroll the page as well.
     if (const int key = VirtualKey(event->key()))
         view_.OnKeyDown(key);
@@ -102,65 +107,77 @@ namespace {
 
 using namespace commands;
 
-// Two blocks with `gap` pixels between them: what a spacing command leaves between regions.
-QIcon SpacingIcon(int gap) {
-    return DrawnIcon([gap](QPainter& painter) {
-        const int width = (14 - gap) / 2;
-        painter.fillRect(1, 4, width, 8, QColor(0x30, 0x60, 0xC0));
-        painter.fillRect(1 + width + gap, 4, width, 8, QColor(0x30, 0x60, 0xC0));
-        painter.setPen(Qt::black);
-        painter.drawText(QRect(0, 0, 16, 6), Qt::AlignCenter, QString::number(gap));
-    });
-}
-
 // The toolbar's buttons, in their order.
 const CommandButton kButtons[] = {
-    {kImportRegions, "Import images into the texture page", "document-import", "+"},
-    {kCopyOutsideToNew, "Copy regions outside to a new texture page", "document-new", "N"},
-    {kCopyOutsideToExisting, "Copy regions outside to an existing texture page", "go-next", ">"},
-    {0, nullptr, nullptr, nullptr},
-    {kZoomIn, "Zoom in", "zoom-in", "Z+"},
-    {kZoomOut, "Zoom out", "zoom-out", "Z-"},
-    {0, nullptr, nullptr, nullptr},
-    {kResizePage, "Resize texture page", "transform-scale", "R"},
-    {kSelectUnusedColour, "Select unused space colour", "color-fill", ""},
-    {kClearSpace, "Clear space", "edit-clear", "C"},
-    {0, nullptr, nullptr, nullptr},
-    {kSpacing0, "Set spacing on tiling regions to 0 pixels", nullptr, ""},
-    {kSpacing1, "Set spacing on tiling regions to 1 pixels", nullptr, ""},
-    {kSpacing2, "Set spacing on tiling regions to 2 pixels", nullptr, ""},
-    {kSpacing3, "Set spacing on tiling regions to 3 pixels", nullptr, ""},
-    {0, nullptr, nullptr, nullptr},
-    {kTileBestFit, "Tile Region with best fit ratio", nullptr, "Fit"},
-    {kTileByArea, "Tile Region by area", nullptr, "A"},
-    {kTileByHeightThenWidth, "Tile Region by height then width", nullptr, "HW"},
-    {kTileByWidthThenHeight, "Tile Region by width then height", nullptr, "WH"},
-    {kTileByCircumference, "Tile Region by circumference", nullptr, "C+"},
+    {kImportRegions, "Import images into the texture page", nullptr},
+    {kCopyOutsideToNew, "Copy regions outside to a new texture page", nullptr},
+    {kCopyOutsideToExisting, "Copy regions outside to an existing texture page", nullptr},
+    {0, nullptr, nullptr},
+    {kZoomIn, "Zoom in", "zoom-in"},
+    {kZoomOut, "Zoom out", "zoom-out"},
+    {0, nullptr, nullptr},
+    {kResizePage, "Resize texture page", nullptr},
+    {kSelectUnusedColour, "Select unused space colour", nullptr},
+    {kClearSpace, "Clear space", nullptr},
+    {0, nullptr, nullptr},
+    {kSpacing0, "Set spacing on tiling regions to 0 pixels", nullptr},
+    {kSpacing1, "Set spacing on tiling regions to 1 pixels", nullptr},
+    {kSpacing2, "Set spacing on tiling regions to 2 pixels", nullptr},
+    {kSpacing3, "Set spacing on tiling regions to 3 pixels", nullptr},
+    {0, nullptr, nullptr},
+    {kTileBestFit, "Tile Region with best fit ratio", nullptr},
+    {kTileByArea, "Tile Region by area", nullptr},
+    {kTileByHeightThenWidth, "Tile Region by height then width", nullptr},
+    {kTileByWidthThenHeight, "Tile Region by width then height", nullptr},
+    {kTileByCircumference, "Tile Region by circumference", nullptr},
 };
 
-// The picture of a button that the desktop has none for; null for a plain label.
-QIcon DrawnPicture(int command) {
-    static constexpr int kSpacings[] = {kSpacing0, kSpacing1, kSpacing2, kSpacing3};
-    for (int gap = 0; gap < 4; ++gap) {
-        if (command == kSpacings[gap]) return SpacingIcon(gap);
-    }
-    if (command == kSelectUnusedColour) {
-        return DrawnIcon([](QPainter& painter) {
-            painter.fillRect(1, 1, 14, 14, QColor(0xCD, 0xCD, 0xCD));
-            painter.drawRect(1, 1, 13, 13);
-        });
-    }
-    return {};
-}
-
-const PageCommands kCommands{kButtons, DrawnPicture};
+// The spacing buttons, by the spacing in pixels they set.
+constexpr int kSpacings[] = {kSpacing0, kSpacing1, kSpacing2, kSpacing3};
 
 }  // namespace
 
 TexturePageWindow::TexturePageWindow() : page_(new TexturePageWidget) {
-    SetPage(page_, kCommands, [this](int command) { page_->View().OnCommand(command); });
+    SetPage(page_, kButtons, [this](int command) {
+        page_->View().OnCommand(command);
+        ShowState();
+    });
+    // The spacings are a check group: the one the view tiles with is pressed.
+    auto* spacings = new QActionGroup(this);
+    for (const int spacing : kSpacings) {
+        QAction* action = Action(spacing);
+        action->setCheckable(true);
+        spacings->addAction(action);
+    }
+    // The unused colour changes through the document as well (undo, clearing, another
+    // window), and every change repaints the page: the swatch is checked then.
+    page_->viewport()->installEventFilter(this);
+    ShowState();
 }
 
 void TexturePageWindow::FillMenu(QMenu& menu, std::function<TexturePageWindow*()> active) {
-    FillMenuWith(menu, kCommands, std::move(active));
+    FillMenuWith(menu, kButtons, std::move(active));
+}
+
+void TexturePageWindow::ShowState() {
+    const unsigned spacing = page_->View().Spacing();
+    if (spacing < std::size(kSpacings)) Action(kSpacings[spacing])->setChecked(true);
+    const CTexturePageDoc* document = page_->View().GetDocument();
+    if (document == nullptr) return;
+    const Core::Colour unused = document->GetUnusedColour();
+    const QColor colour(unused.red, unused.green, unused.blue);
+    if (colour == swatch_) return;
+    swatch_ = colour;
+    Action(kSelectUnusedColour)->setIcon(SwatchIcon(kSelectUnusedColour, colour, palette()));
+}
+
+void TexturePageWindow::ReinkButtons() {
+    PageWindow::ReinkButtons();
+    swatch_ = QColor();
+    ShowState();
+}
+
+bool TexturePageWindow::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::Paint) ShowState();
+    return PageWindow::eventFilter(watched, event);
 }

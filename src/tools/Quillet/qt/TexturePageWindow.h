@@ -1,6 +1,7 @@
 // The texture page window: the page in a scroll area, with its toolbar above it.
 #pragma once
 
+#include <QColor>
 #include <QTimer>
 #include <QWidget>
 #include <functional>
@@ -58,6 +59,14 @@ public:
     // runs in the window that `active` answers when it is chosen (none: nothing happens).
     static void FillMenu(QMenu& menu, std::function<TexturePageWindow*()> active);
 
+protected:
+    void ReinkButtons() override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
 private:
+    // Shows the view's state on the buttons: the spacing pressed, the unused colour's swatch.
+    void ShowState();
+
     TexturePageWidget* page_;
+    QColor swatch_;  // the unused colour the button shows; invalid before the first
 };

@@ -1,16 +1,59 @@
 #include "ZoomScrollArea.h"
 
+#include <QCursor>
+#include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QScrollBar>
+#include <QWheelEvent>
 
 #include "MdiFrame.h"
 #include "framework/VirtualKeys.h"
 
-ZoomScrollArea::ZoomScrollArea(std::function<int()> zoom, std::function<void()> rebuild)
-    : zoom_(std::move(zoom)), rebuild_(std::move(rebuild)) {
+ZoomScrollArea::ZoomScrollArea(std::function<CZoomView&()> zoom_view, std::function<void()> rebuild)
+    : zoom_view_(std::move(zoom_view)), rebuild_(std::move(rebuild)) {
     viewport()->setMouseTracking(true);
+    viewport()->installEventFilter(this);
     setFocusPolicy(Qt::StrongFocus);
+}
+
+bool ZoomScrollArea::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == viewport()) {
+        if (event->type() == QEvent::MouseMove) {
+            const Point page = zoom_view_().DeviceToPage(PointOf(static_cast<QMouseEvent*>(event)),
+                                                         CurrentScroll());
+            emit PointerMoved(page.x, page.y);
+        } else if (event->type() == QEvent::Leave) {
+            emit PointerLeft();
+        }
+    }
+    return QAbstractScrollArea::eventFilter(watched, event);
+}
+
+void ZoomScrollArea::ZoomAbout(bool in, Point device) {
+    CZoomView& view = zoom_view_();
+    if (in ? view.ZoomIn(&device) : view.ZoomOut(&device)) viewport()->update();
+}
+
+void ZoomScrollArea::wheelEvent(QWheelEvent* event) {
+    if (!(event->modifiers() & Qt::ControlModifier) || event->angleDelta().y() == 0) {
+        QAbstractScrollArea::wheelEvent(event);
+        return;
+    }
+    const QPoint at = event->position().toPoint();
+    ZoomAbout(event->angleDelta().y() > 0, {at.x(), at.y()});
+    event->accept();
+}
+
+bool ZoomScrollArea::ZoomKey(const QKeyEvent* event) {
+    if (!(event->modifiers() & Qt::ControlModifier)) return false;
+    const int key = event->key();
+    const bool in = key == Qt::Key_Plus || key == Qt::Key_Equal;
+    if (!in && key != Qt::Key_Minus) return false;
+    QPoint at = viewport()->mapFromGlobal(QCursor::pos());
+    if (!viewport()->rect().contains(at)) at = viewport()->rect().center();
+    ZoomAbout(in, {at.x(), at.y()});
+    return true;
 }
 
 int ZoomScrollArea::VirtualKey(int qt_key) {
@@ -52,8 +95,8 @@ void ZoomScrollArea::UpdateBars() {
     verticalScrollBar()->setRange(0, std::max(0, content_size_.height() - visible.height()));
     horizontalScrollBar()->setPageStep(visible.width());
     verticalScrollBar()->setPageStep(visible.height());
-    horizontalScrollBar()->setSingleStep(zoom_() * 8);
-    verticalScrollBar()->setSingleStep(zoom_() * 8);
+    horizontalScrollBar()->setSingleStep(zoom_view_().Zoom() * 8);
+    verticalScrollBar()->setSingleStep(zoom_view_().Zoom() * 8);
 }
 
 void ZoomScrollArea::ScrollTo(Point position) {
@@ -100,7 +143,7 @@ void ZoomScrollArea::PaintPage(QPainter& painter, Core::Image* page) const {
     // A 32-bit picture on a screen has no alpha: the fourth byte is not shown.
     const QImage picture(static_cast<const uchar*>(page->get_data()), size.width, size.height,
                          size.width * 4, QImage::Format_RGB32);
-    const int zoom = zoom_();
+    const int zoom = zoom_view_().Zoom();
     const Point scroll = CurrentScroll();
     const QRect source(scroll.x / zoom, scroll.y / zoom, viewport()->width() / zoom + 2,
                        viewport()->height() / zoom + 2);

@@ -9,14 +9,23 @@
 
 #include "core_images.h"
 #include "model/qlt_types.h"
+#include "texture/ZoomView.h"
 
 class ZoomScrollArea : public QAbstractScrollArea {
     Q_OBJECT
 public:
-    // `zoom` answers the view's zoom; `rebuild` composes the page when asked.
-    ZoomScrollArea(std::function<int()> zoom, std::function<void()> rebuild);
+    // `zoom_view` answers the view's zoom logic; `rebuild` composes the page when asked.
+    ZoomScrollArea(std::function<CZoomView&()> zoom_view, std::function<void()> rebuild);
+
+signals:
+    // The page pixel under the pointer, as it moves over the page.
+    void PointerMoved(int x, int y);
+    void PointerLeft();
 
 protected:
+    // Ctrl with plus or minus zooms about the pointer, or about the middle of the window
+    // when the pointer is elsewhere; true when the key was one of those.
+    bool ZoomKey(const QKeyEvent* event);
     // The virtual key the views answer for a key (framework/VirtualKeys.h), or 0 for any
     // other key.
     static int VirtualKey(int qt_key);
@@ -39,12 +48,16 @@ protected:
     void PaintPage(QPainter& painter, Core::Image* page) const;
 
     void resizeEvent(QResizeEvent* event) override;
+    // Ctrl with the wheel zooms about the pointer.
+    void wheelEvent(QWheelEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
     void scrollContentsBy(int dx, int dy) override;
 
 private:
     void UpdateBars();
+    void ZoomAbout(bool in, Point device);
 
-    std::function<int()> zoom_;
+    std::function<CZoomView&()> zoom_view_;
     std::function<void()> rebuild_;
     QSize content_size_;
     bool rebuild_posted_ = false;

@@ -6,37 +6,28 @@
 namespace {
 
 TreeNode Fixed(std::string text, std::vector<TreeNode> children = {}) {
-    return TreeNode{std::move(text), std::move(children), false};
+    return TreeNode{std::move(text), std::move(children), false, false};
 }
 
 TreeNode Record(std::string text, std::vector<TreeNode> children = {}) {
-    return TreeNode{std::move(text), std::move(children), true};
+    return TreeNode{std::move(text), std::move(children), true, false};
+}
+
+// A fixed node or folder whose children are records in tree order.
+TreeNode SortedFolder(std::string text, std::vector<TreeNode> children) {
+    std::stable_sort(children.begin(), children.end(), [](const TreeNode& a, const TreeNode& b) {
+        return TreeTextLess(a.text, b.text);
+    });
+    return TreeNode{std::move(text), std::move(children), false, true};
 }
 
 std::string FileNameOrNoFile(const std::string& path) {
     return path.empty() ? "No file" : path;
 }
 
-// Children stand in sorted order, as the tree control sorts them: letters without regard
-// to case.
-void SortChildren(std::vector<TreeNode>& nodes) {
-    const auto lower = [](unsigned char c) { return c >= 'A' && c <= 'Z' ? c + 32 : c; };
-    std::stable_sort(nodes.begin(), nodes.end(), [&lower](const TreeNode& a, const TreeNode& b) {
-        return std::lexicographical_compare(
-            a.text.begin(), a.text.end(), b.text.begin(), b.text.end(), [&lower](char x, char y) {
-                return lower(static_cast<unsigned char>(x)) < lower(static_cast<unsigned char>(y));
-            });
-    });
-}
-
-std::vector<TreeNode> Sorted(std::vector<TreeNode> nodes) {
-    SortChildren(nodes);
-    return nodes;
-}
-
 // Records by folder: a folder node per folder name, the rest directly under the root.
 template <typename Record, typename MakeNode>
-std::vector<TreeNode> InFolders(const std::vector<Record>& records, MakeNode make_node) {
+TreeNode InFolders(std::string root, const std::vector<Record>& records, MakeNode make_node) {
     std::map<std::string, std::vector<TreeNode>> folders;
     std::vector<TreeNode> top;
     for (const Record& record : records) {
@@ -46,36 +37,38 @@ std::vector<TreeNode> InFolders(const std::vector<Record>& records, MakeNode mak
             folders[record.folder].push_back(make_node(record));
     }
     for (auto& [folder, members] : folders)
-        top.push_back(Fixed(folder, Sorted(std::move(members))));
-    return Sorted(std::move(top));
+        top.push_back(SortedFolder(folder, std::move(members)));
+    return SortedFolder(std::move(root), std::move(top));
 }
 
-std::vector<TreeNode> Leaves(const std::vector<std::string>& texts) {
+TreeNode Leaves(std::string text, const std::vector<std::string>& names) {
     std::vector<TreeNode> leaves;
-    for (const std::string& text : texts)
-        leaves.push_back(Record(text));
-    return Sorted(std::move(leaves));
+    for (const std::string& name : names)
+        leaves.push_back(Record(name));
+    return SortedFolder(std::move(text), std::move(leaves));
 }
 
 TreeNode TexturesNode(const ProjectRecords& records) {
-    return Fixed("Textures", InFolders(records.texture_pages, [](const TPAGE& page) {
-                     std::vector<TreeNode> regions;
-                     for (const TREGION& region : page.regions)
-                         regions.push_back(Record(region.name));
-                     return Record(page.path, Sorted(std::move(regions)));
-                 }));
+    return InFolders("Textures", records.texture_pages, [](const TPAGE& page) {
+        std::vector<std::string> regions;
+        for (const TREGION& region : page.regions)
+            regions.push_back(region.name);
+        TreeNode node = Leaves(page.path, regions);
+        node.is_record = true;
+        return node;
+    });
 }
 
 TreeNode FontsNode(const ProjectRecords& records) {
     std::vector<std::string> names;
     for (const FONT_PAGE& font : records.font_pages)
         names.push_back(font.identifier);
-    return Fixed("Fonts", Leaves(names));
+    return Leaves("Fonts", names);
 }
 
 TreeNode FmvsNode(const ProjectRecords& records) {
-    return Fixed("FMVs", InFolders(records.fmv_pages,
-                                   [](const FMV_PAGE& movie) { return Record(movie.path); }));
+    return InFolders("FMVs", records.fmv_pages,
+                     [](const FMV_PAGE& movie) { return Record(movie.path); });
 }
 
 TreeNode UiObjectsNode(const ProjectRecords& records) {
@@ -86,7 +79,7 @@ TreeNode UiObjectsNode(const ProjectRecords& records) {
         std::vector<std::string> names;
         for (const char* tag : tags)
             names.insert(names.end(), by_tag[tag].begin(), by_tag[tag].end());
-        return Fixed(text, Leaves(names));
+        return Leaves(text, names);
     };
     return Fixed(
         "UI Objects",
@@ -99,9 +92,10 @@ TreeNode MenuNode(const LPAGE& page) {
     std::vector<std::string> pieces;
     for (const UI_PIECE& piece : page.pieces)
         pieces.push_back(piece.name);
-    return Record(page.name, {Fixed("Paths", {Fixed("Textures", Leaves(page.texture_paths)),
-                                              Fixed("FMVs", Leaves(page.fmv_paths))}),
-                              Fixed("Pieces", Leaves(pieces))});
+    return Record(
+        page.name,
+        {Fixed("Paths", {Leaves("Textures", page.texture_paths), Leaves("FMVs", page.fmv_paths)}),
+         Leaves("Pieces", pieces)});
 }
 
 TreeNode LayoutsNode(const QLT_FILE& qlt_file) {
@@ -112,12 +106,31 @@ TreeNode LayoutsNode(const QLT_FILE& qlt_file) {
                  {Fixed(DimensionsText(qlt_file)),
                   Fixed("Pieces file", {Record(FileNameOrNoFile(qlt_file.piece_types_fname)),
                                         Record(FileNameOrNoFile(qlt_file.piece_texts_fname))}),
-                  Fixed("Common Paths", {Fixed("Textures", Leaves(qlt_file.common_texture_paths)),
-                                         Fixed("FMVs", Leaves(qlt_file.common_fmv_paths))}),
-                  Fixed("Menus", Sorted(std::move(menus)))});
+                  Fixed("Common Paths", {Leaves("Textures", qlt_file.common_texture_paths),
+                                         Leaves("FMVs", qlt_file.common_fmv_paths)}),
+                  SortedFolder("Menus", std::move(menus))});
+}
+
+unsigned char LowerAscii(char c) {
+    const auto byte = static_cast<unsigned char>(c);
+    return byte >= 'A' && byte <= 'Z' ? static_cast<unsigned char>(byte + 32) : byte;
 }
 
 }  // namespace
+
+bool TreeTextLess(const std::string& a, const std::string& b) {
+    const auto folded =
+        std::lexicographical_compare(a.begin(), a.end(), b.begin(), b.end(),
+                                     [](char x, char y) { return LowerAscii(x) < LowerAscii(y); });
+    if (folded) return true;
+    const bool folded_equal =
+        std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                   [](char x, char y) { return LowerAscii(x) == LowerAscii(y); });
+    return folded_equal &&
+           std::lexicographical_compare(a.begin(), a.end(), b.begin(), b.end(), [](char x, char y) {
+               return static_cast<unsigned char>(x) < static_cast<unsigned char>(y);
+           });
+}
 
 std::string DimensionsText(const QLT_FILE& qlt_file) {
     return "Dimensions: " + std::to_string(qlt_file.layout_width) + "x" +
@@ -128,18 +141,4 @@ std::vector<TreeNode> BuildWorkspaceTree(const CQuilletDoc& project) {
     const ProjectRecords& records = project.records();
     return {TexturesNode(records), FontsNode(records), FmvsNode(records), UiObjectsNode(records),
             LayoutsNode(records.qlt_file)};
-}
-
-bool OpenWorkspaceItem(CQuilletDoc& project, const std::vector<std::string>& path) {
-    if (path.size() < 2) return false;
-    const std::string& text = path.back();
-    if (path.front() == "Textures" && project.TextureExists(text)) {
-        project.OpenTexture(text);
-        return true;
-    }
-    if (path[path.size() - 2] == "Menus" && project.LayoutExists(text)) {
-        project.OpenLayout(text);
-        return true;
-    }
-    return false;
 }

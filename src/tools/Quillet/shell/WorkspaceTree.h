@@ -10,8 +10,12 @@
 struct TreeNode {
     std::string text;
     std::vector<TreeNode> children;
-    bool is_record = false;  // a record of the project, not a fixed node or folder
+    bool is_record = false;        // a record of the project, not a fixed node or folder
+    bool sorted_children = false;  // the children stand in tree order, not a fixed order
 };
+
+// Tree order: letters compared without regard to case (ASCII only), ties by bytes.
+bool TreeTextLess(const std::string& a, const std::string& b);
 
 // The top-level nodes of the project window, in their fixed order, with every record of the
 // project below them: pages in their folders with their regions, fonts, movies, objects by
@@ -20,7 +24,3 @@ std::vector<TreeNode> BuildWorkspaceTree(const CQuilletDoc& project);
 
 // "Dimensions: %dx%d"
 std::string DimensionsText(const QLT_FILE& qlt_file);
-
-// Opens the window of the record a node stands for, given the node's texts from the root
-// down: a texture page under "Textures" or a menu under "Menus". False for any other node.
-bool OpenWorkspaceItem(CQuilletDoc& project, const std::vector<std::string>& path);

@@ -1,4 +1,4 @@
-#include "ProjectFixture.h"
+#include "../model/ProjectFixture.h"
 #include "shell/WorkspaceTree.h"
 
 namespace {
@@ -54,19 +54,6 @@ TEST_F(WorkspaceTreeTest, RecordsStandInFoldersAndSortedOrder) {
             "Layouts\n  Dimensions: 800x600\n  Pieces file\n    No file\n    No file\n"
             "  Common Paths\n    Textures\n    FMVs\n  Menus\n    Main\n      Paths\n"
             "        Textures\n          Menus\n        FMVs\n      Pieces\n");
-}
-
-TEST_F(WorkspaceTreeTest, OpeningANodeOpensTheMenuItStandsFor) {
-    Start();
-    CQuilletDoc* project = Open("ui.qlt", ProjectOfWidth(800));
-    ASSERT_TRUE(project->CreateLayout("Main"));
-    for (framework::Document* page : app.Templates()[2]->GetDocuments())
-        page->OnCloseDocument();
-    EXPECT_FALSE(OpenWorkspaceItem(*project, {"Layouts", "Menus"}));
-    EXPECT_FALSE(OpenWorkspaceItem(*project, {"Textures", "/nowhere.tga"}));
-    EXPECT_TRUE(OpenWorkspaceItem(*project, {"Layouts", "Menus", "Main"}));
-    ASSERT_EQ(app.Templates()[2]->GetDocuments().size(), 1u);
-    EXPECT_EQ(app.Templates()[2]->GetDocuments()[0]->GetTitle(), "Main");
 }
 
 }  // namespace
