@@ -105,7 +105,7 @@ bool InsertObjectForm::OpenToPage(const UI_OBJECT& object, const LPAGE& page) co
     if (const std::vector<UI_REGION>* regions = object.Regions()) {
         for (const UI_REGION& region : *regions) {
             // A slot left empty (a button state nobody gave a region) has nothing to place.
-            if (region.page.empty() && region.region.empty()) continue;
+            if (region.IsUnset()) continue;
             if (const TPAGE* texture = WithPath(records.texture_pages, region.page)) {
                 if (!Holds(records.qlt_file.common_texture_paths, texture->folder) &&
                     !Holds(page.texture_paths, texture->folder))

@@ -20,6 +20,7 @@ public:
         : project_(project), boxes_(boxes) {}
 
     PageRect RegionRect(const UI_REGION& region) const override {
+        if (region.IsUnset()) return {};
         const SlotSource source = FindSlotSource(project_, region);
         if (source.region != nullptr) return source.region->rect;
         if (source.movie != nullptr) return source.movie->rect;

@@ -197,6 +197,7 @@ void CQuilletDoc::AddObject(std::unique_ptr<UI_OBJECT> object) {
 
 PageRect LookUpRegionRect(const UI_REGION& region,
                           std::initializer_list<const ProjectRecords*> lists) {
+    if (region.IsUnset()) return {};
     for (const ProjectRecords* records : lists) {
         for (const TPAGE& page : records->texture_pages) {
             if (page.path != region.page) continue;

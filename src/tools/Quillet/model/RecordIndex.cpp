@@ -36,6 +36,7 @@ void RecordIndex::Refresh() const {
 }
 
 PageRect RecordIndex::RegionRect(const UI_REGION& region) const {
+    if (region.IsUnset()) return {};
     Refresh();
     if (const auto page = pages_.find(region.page); page != pages_.end()) {
         const auto found = page->second.regions.find(region.region);

@@ -20,6 +20,10 @@ struct UI_REGION {
     std::string name;    // the slot: "art", "scroll_box", "enabled", "highlighted", ...
     std::string page;    // absolute path of the TPAGE, or of the FMV_PAGE for a movie
     std::string region;  // region name on that page, or the movie's identifier
+    // A slot the person left empty (a button state without a picture): it names no region,
+    // measures as nothing, and is no missing record to report. (Its page, written and read
+    // back as a path, may have become the project's folder.)
+    bool IsUnset() const { return region.empty(); }
     friend bool operator==(const UI_REGION&, const UI_REGION&) = default;
 };
 

@@ -3,6 +3,7 @@
 #include <QCloseEvent>
 #include <QMdiArea>
 
+#include "Icons.h"
 #include "QtText.h"
 #include "framework/Document.h"
 
@@ -22,6 +23,7 @@ void FrameLink::UpdateLinkedTitle() {
 MdiFrame::MdiFrame(framework::View& view, FrameLink& link, QWidget* widget)
     : view_(view), link_(link) {
     setAttribute(Qt::WA_DeleteOnClose);
+    setWindowIcon(ApplicationIcon());
     setWidget(widget);
     link_.SetFrame(this);
     UpdateTitle();
