@@ -1,5 +1,6 @@
 #include "ImportRegionForm.h"
 
+#include "NameCheck.h"
 #include "model/identifier.h"
 
 namespace {
@@ -121,9 +122,7 @@ bool ImportRegionForm::OnOk(framework::UserInterface& ui) {
                           "Region name too long", framework::MessageIcon::Warning,
                           framework::MessageButtons::Ok);
             passed = false;
-        } else if (!IsValidIdentifier(*identifier)) {
-            ui.MessageBox(kInvalidIdentifierText, "Bad Region Name:" + *identifier,
-                          framework::MessageIcon::Warning, framework::MessageButtons::Ok);
+        } else if (!CheckIdentifier(*identifier, "Bad Region Name:" + *identifier, ui)) {
             passed = false;
         }
     }

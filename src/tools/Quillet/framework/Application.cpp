@@ -26,6 +26,10 @@ Application* Application::Instance() {
     return the_application;
 }
 
+UserInterface& AppUI() {
+    return Application::Instance()->UI();
+}
+
 DocTemplate& Application::AddDocTemplate(std::unique_ptr<DocTemplate> doc_template) {
     templates_.push_back(std::move(doc_template));
     return *templates_.back();

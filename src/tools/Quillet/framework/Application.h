@@ -96,4 +96,8 @@ private:
     std::vector<ChangeListener*> change_listeners_;
 };
 
+// The person at the desk, through the one application's interface. There must be an
+// application.
+UserInterface& AppUI();
+
 }  // namespace framework

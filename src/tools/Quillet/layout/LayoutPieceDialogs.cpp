@@ -20,16 +20,12 @@ namespace {
 
 constexpr const char* kNotUniqueText = "Piece name is not unique.  Please enter a different name";
 
-framework::UserInterface& UI() {
-    return framework::Application::Instance()->UI();
-}
-
 // Shows the Edit Piece dialog until its name is a valid identifier that `acceptable` takes. Each
 // refusal is told and the dialog comes back as the person left it. False on Cancel.
 bool RunEditPiece(EditPieceForm& form, const std::function<bool(const std::string&)>& acceptable) {
-    while (UI().RunForm(form)) {
+    while (framework::AppUI().RunForm(form)) {
         const std::string& name = form.Piece().name;
-        if (!CheckIdentifier(name, "Bad Piece Name", UI())) continue;
+        if (!CheckIdentifier(name, "Bad Piece Name", framework::AppUI())) continue;
         if (acceptable(name)) return true;
         ReportUnless(false, kNotUniqueText);
     }
@@ -90,7 +86,7 @@ void CLayoutPageView::EditContextPiece() {
     const std::string original = context_piece_;
     EditPieceForm form(*project, page->name,
                        page->pieces[static_cast<size_t>(page->PieceIndex(original))],
-                       edit_group_ids_, group_ids_, UI());
+                       edit_group_ids_, group_ids_, framework::AppUI());
     // Only this page is searched: a name another page uses is accepted here.
     const bool accepted = RunEditPiece(form, [this, &original](const std::string& name) {
         const LPAGE* now = Page();
@@ -123,7 +119,8 @@ void CLayoutPageView::CloneSelection() {
         const LPAGE* page = Page();
         if (page == nullptr || !page->PieceExists(source)) continue;
         const UI_PIECE original = page->pieces[static_cast<size_t>(page->PieceIndex(source))];
-        EditPieceForm form(*project, page->name, original, edit_group_ids_, group_ids_, UI());
+        EditPieceForm form(*project, page->name, original, edit_group_ids_, group_ids_,
+                           framework::AppUI());
         const bool accepted = RunEditPiece(form, [this](const std::string& name) {
             const LPAGE* now = Page();
             return now == nullptr || !now->PieceExists(name);
@@ -172,10 +169,11 @@ void CLayoutPageView::PasteAttributes() {
     const std::string copied = tag_of(*attribute_clipboard_);
     BeforeDialog();
     if (destination != copied) {
-        UI().MessageBox("Destination piece type (" + destination +
-                            ") does not match type copied in clipboard (" + copied + ")",
-                        "Attribute Paste Failure", framework::MessageIcon::Warning,
-                        framework::MessageButtons::Ok);
+        framework::AppUI().MessageBox("Destination piece type (" + destination +
+                                          ") does not match type copied in clipboard (" + copied +
+                                          ")",
+                                      "Attribute Paste Failure", framework::MessageIcon::Warning,
+                                      framework::MessageButtons::Ok);
         return;
     }
     if (!page->PieceExists(attribute_clipboard_->name)) {
@@ -211,7 +209,7 @@ void CLayoutPageView::ResetSize() {
 void CLayoutPageView::CreateEditGroup() {
     if (framework::Application::Instance() == nullptr) return;
     BeforeDialog();
-    const std::optional<std::string> name = AskNewGroupName(UI(), edit_group_ids_);
+    const std::optional<std::string> name = AskNewGroupName(framework::AppUI(), edit_group_ids_);
     if (!name) return;
     if (!name->empty()) edit_group_ids_.push_back(*name);
     if (CLayoutPageDoc* document = GetDocument()) document->SetModifiedFlag(true);
@@ -226,10 +224,11 @@ void CLayoutPageView::InsertObject() {
     BeforeDialog();
     InsertObjectForm form(*project, *page);
     for (;;) {
-        if (!UI().RunForm(form)) return;
+        if (!framework::AppUI().RunForm(form)) return;
         if (document->IsIdentifierFree(form.Piece().name)) break;
-        UI().MessageBox("Identifier is already in use", framework::Application::Instance()->Name(),
-                        framework::MessageIcon::Stop, framework::MessageButtons::Ok);
+        framework::AppUI().MessageBox("Identifier is already in use",
+                                      framework::Application::Instance()->Name(),
+                                      framework::MessageIcon::Stop, framework::MessageButtons::Ok);
     }
     InvalidateSelectionOutline();
     selection_.Clear();

@@ -19,10 +19,6 @@ const std::vector<std::string> kMenus{"Layouts", "Menus"};
 const std::vector<std::string> kCommonPaths{"Layouts", "Common Paths"};
 const std::vector<std::string> kPiecesFile{"Layouts", "Pieces file"};
 
-framework::UserInterface& UI() {
-    return framework::Application::Instance()->UI();
-}
-
 }  // namespace
 
 CQuilletView::CQuilletView(WorkspaceCanvas& canvas) : canvas_(canvas) {
@@ -209,10 +205,10 @@ void CQuilletView::DeleteUnderTextures(WorkspaceNode& item) {
     } else {
         // The whole list of pages goes only after one question.
         if (item.parent == &model_.Root() &&
-            UI().MessageBox("Remove every texture page from the project?",
-                            framework::Application::Instance()->Name(),
-                            framework::MessageIcon::Question,
-                            framework::MessageButtons::OkCancel) != framework::Answer::Ok)
+            framework::AppUI().MessageBox(
+                "Remove every texture page from the project?",
+                framework::Application::Instance()->Name(), framework::MessageIcon::Question,
+                framework::MessageButtons::OkCancel) != framework::Answer::Ok)
             return;
         DeleteFolder(
             item, [&project](const std::string& path) { return project.DeleteTexturePage(path); });

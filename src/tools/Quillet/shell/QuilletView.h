@@ -98,7 +98,8 @@ private:
     void AddCommonPath();
     void AddPagePath();
     void ChoosePieceFile(bool types);
-    void AddObject(int kind_command);
+    // `kind` is the text of the object kind's node: "Art", "Button", "Slider", "Scroll Box".
+    void AddObject(const std::string& kind);
     void EditObject(const WorkspaceNode& node);
     // The folder a record created from the selected node goes to: its text for a folder.
     std::string SelectedFolder() const;

@@ -23,12 +23,9 @@ using namespace commands;
 
 constexpr const char* kAlreadyThere = "This file is already part of the project";
 
-framework::UserInterface& UI() {
-    return framework::Application::Instance()->UI();
-}
-
 void ShowError(const std::string& text) {
-    UI().MessageBox(text, "Error", framework::MessageIcon::Warning, framework::MessageButtons::Ok);
+    framework::AppUI().MessageBox(text, "Error", framework::MessageIcon::Warning,
+                                  framework::MessageButtons::Ok);
 }
 
 std::string Absolute(const std::string& path) {
@@ -114,13 +111,19 @@ bool CQuilletView::OnAddCommand(int command) {
             return true;
         case kAddArt:
         case kAddArtOfKind:
+            AddObject("Art");
+            return true;
         case kAddButton:
         case kAddButtonOfKind:
+            AddObject("Button");
+            return true;
         case kAddSlider:
         case kAddSliderOfKind:
+            AddObject("Slider");
+            return true;
         case kAddScrollBox:
         case kAddScrollBoxOfKind:
-            AddObject(command);
+            AddObject("Scroll Box");
             return true;
         default:
             return false;
@@ -130,7 +133,7 @@ bool CQuilletView::OnAddCommand(int command) {
 void CQuilletView::AddTexture(const std::string& folder, bool from_file_menu) {
     CQuilletDoc& project = *GetDocument();
     if (const std::optional<std::string> chosen =
-            UI().AskOpenFileName({"Open", "TGA Files (*.tga)", ".tga", ""})) {
+            framework::AppUI().AskOpenFileName({"Open", "TGA Files (*.tga)", ".tga", ""})) {
         const std::string path = Absolute(*chosen);
         if (project.TextureExists(path)) {
             ShowError(kAlreadyThere);
@@ -146,9 +149,9 @@ void CQuilletView::AddTexture(const std::string& folder, bool from_file_menu) {
 void CQuilletView::CreateTexture(const std::string& folder) {
     CQuilletDoc& project = *GetDocument();
     TextureForm form;
-    if (!UI().RunForm(form)) return;
+    if (!framework::AppUI().RunForm(form)) return;
     const std::optional<std::string> chosen =
-        UI().AskSaveFileName({"Save As", "TGA Files (*.tga)", ".tga", ""});
+        framework::AppUI().AskSaveFileName({"Save As", "TGA Files (*.tga)", ".tga", ""});
     if (!chosen) return;
     const std::string path = Absolute(*chosen);
     const bool known = project.TextureExists(path);
@@ -166,7 +169,7 @@ void CQuilletView::CreateTexture(const std::string& folder) {
 void CQuilletView::AddFmv(const std::string& folder) {
     CQuilletDoc& project = *GetDocument();
     const std::optional<std::string> chosen =
-        UI().AskOpenFileName({"Open", "Fmv files (*.mpg *.avi)", ".mpg", ""});
+        framework::AppUI().AskOpenFileName({"Open", "Fmv files (*.mpg *.avi)", ".mpg", ""});
     if (!chosen) return;
     const std::string path = Absolute(*chosen);
     if (!project.AddFmv(path)) {
@@ -179,17 +182,18 @@ void CQuilletView::AddFmv(const std::string& folder) {
 void CQuilletView::AddFont() {
     CQuilletDoc& project = *GetDocument();
     AddFontForm form(std::filesystem::path(project.GetPathName()).parent_path().string());
-    if (!UI().RunForm(form)) return;
+    if (!framework::AppUI().RunForm(form)) return;
     if (!project.AddFont(form.FontId(), Absolute(form.FontFile()), form.LineFeedHeight()))
         ShowError(kAlreadyThere);
 }
 
 void CQuilletView::NewFolder(WorkspaceNode& root) {
-    for (NewFolderForm form; UI().RunForm(form);) {
+    for (NewFolderForm form; framework::AppUI().RunForm(form);) {
         const std::string& name = form.Name();
         if (name.size() > kMaxNameLength) {
-            UI().MessageBox("More than 32 characters in folder name.", "Folder name too long",
-                            framework::MessageIcon::Warning, framework::MessageButtons::Ok);
+            framework::AppUI().MessageBox("More than 32 characters in folder name.",
+                                          "Folder name too long", framework::MessageIcon::Warning,
+                                          framework::MessageButtons::Ok);
         } else if (WorkspaceModel::FindBelow(root, name) != nullptr) {
             ShowError("This folder is already part of the project");
         } else {
@@ -206,7 +210,7 @@ void CQuilletView::CreateLayout(const std::string* copy_of) {
     CQuilletDoc& project = *GetDocument();
     const QLT_FILE& qlt_file = project.qlt_file();
     CreateLayoutForm form(qlt_file.layout_width, qlt_file.layout_height);
-    if (!UI().RunForm(form)) return;
+    if (!framework::AppUI().RunForm(form)) return;
     if (!project.CreateLayout(form.Name(), form.Width(), form.Height())) {
         ShowError("This layout is already part of the project");
         return;
@@ -220,7 +224,7 @@ void CQuilletView::EditDimensions() {
     CQuilletDoc& project = *GetDocument();
     QLT_FILE& qlt_file = project.qlt_file();
     EditDimensionsForm form(qlt_file.layout_width, qlt_file.layout_height);
-    if (!UI().RunForm(form)) return;
+    if (!framework::AppUI().RunForm(form)) return;
     qlt_file.layout_width = form.Width();
     qlt_file.layout_height = form.Height();
     // Stored in the project file, so a change the person must not lose at the close.
@@ -232,7 +236,7 @@ void CQuilletView::AddCommonPath() {
     ChooserForm chooser(project, ChooserForm::Mode::Paths);
     std::string root;
     std::string folder;
-    if (!chooser.Choose(UI(), root, folder)) return;
+    if (!chooser.Choose(framework::AppUI(), root, folder)) return;
     if (root == "Textures")
         project.AddCommonTexturePath(folder);
     else if (root == "FMVs")
@@ -246,7 +250,7 @@ void CQuilletView::AddPagePath() {
     ChooserForm chooser(project, ChooserForm::Mode::Paths);
     std::string root;
     std::string folder;
-    if (!chooser.Choose(UI(), root, folder)) return;
+    if (!chooser.Choose(framework::AppUI(), root, folder)) return;
     if (root == "Textures")
         project.AddPageTexturePath(menu->text, folder);
     else if (root == "FMVs")
@@ -256,7 +260,7 @@ void CQuilletView::AddPagePath() {
 void CQuilletView::ChoosePieceFile(bool types) {
     CQuilletDoc& project = *GetDocument();
     const std::optional<std::string> chosen =
-        UI().AskOpenFileName({"Open", "TXT Files (*.txt)", ".txt", ""});
+        framework::AppUI().AskOpenFileName({"Open", "TXT Files (*.txt)", ".txt", ""});
     if (!chosen) return;
     const std::string path = Absolute(*chosen);
     if (types ? project.SetPieceTypesFile(path) : project.SetPieceTextsFile(path)) return;
@@ -264,14 +268,10 @@ void CQuilletView::ChoosePieceFile(bool types) {
                     : "Invalid piece texts description file");
 }
 
-void CQuilletView::AddObject(int kind_command) {
+void CQuilletView::AddObject(const std::string& kind) {
     CQuilletDoc& project = *GetDocument();
-    const char* kind = "Art";
-    if (kind_command == kAddButton || kind_command == kAddButtonOfKind) kind = "Button";
-    if (kind_command == kAddSlider || kind_command == kAddSliderOfKind) kind = "Slider";
-    if (kind_command == kAddScrollBox || kind_command == kAddScrollBoxOfKind) kind = "Scroll Box";
     const std::unique_ptr<ObjectForm> form = ObjectFormFor(kind, project, {});
-    if (!UI().RunForm(*form)) return;
+    if (!framework::AppUI().RunForm(*form)) return;
     if (std::unique_ptr<UI_OBJECT> object = form->Build()) project.AddObject(std::move(object));
 }
 
@@ -281,7 +281,7 @@ void CQuilletView::EditObject(const WorkspaceNode& node) {
     if (existing == nullptr) return;
     const std::string name = node.text;
     const std::unique_ptr<ObjectForm> form = ObjectFormFor(node.parent->text, project, {existing});
-    if (form == nullptr || !UI().RunForm(*form)) return;
+    if (form == nullptr || !framework::AppUI().RunForm(*form)) return;
     if (std::unique_ptr<UI_OBJECT> object = form->Build())
         project.ReplaceObject(name, std::move(object));
 }

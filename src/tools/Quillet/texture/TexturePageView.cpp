@@ -72,10 +72,6 @@ std::optional<CursorShape> EdgeCursor(const PageRect& rect, Point p) {
     return std::nullopt;
 }
 
-framework::UserInterface& UI() {
-    return framework::Application::Instance()->UI();
-}
-
 }  // namespace
 
 const std::array<AntPen, 18>& AntPens() {
@@ -428,7 +424,7 @@ void CTexturePageView::Tile(int order) {
     SetStatus(0, "Calculating...");
     float ratio = 0;
     {
-        framework::WaitCursor wait(UI());
+        framework::WaitCursor wait(framework::AppUI());
         ratio = document->TileRegions(order, spacing_);
     }
     char text[64];
@@ -444,23 +440,25 @@ void CTexturePageView::OnImport() {
     ImportRegionForm form;
     // Names are free or taken in the whole project; a taken one brings the dialog back.
     for (bool taken = true; taken;) {
-        if (!UI().RunForm(form)) return;
+        if (!framework::AppUI().RunForm(form)) return;
         taken = false;
         for (size_t index = 0; index < form.Count(); ++index) {
-            const std::string identifier = form.Identifier(index, UI()).value_or("");
+            const std::string identifier = form.Identifier(index, framework::AppUI()).value_or("");
             if (document->IsNameFree(identifier)) continue;
-            UI().MessageBox("Identifier is already in use", identifier,
-                            framework::MessageIcon::Stop, framework::MessageButtons::Ok);
+            framework::AppUI().MessageBox("Identifier is already in use", identifier,
+                                          framework::MessageIcon::Stop,
+                                          framework::MessageButtons::Ok);
             taken = true;
         }
     }
     for (size_t index = 0; index < form.Count(); ++index) {
         try {
-            document->ImportRegion(form.Path(index, UI()).value_or(""),
-                                   form.Identifier(index, UI()).value_or(""));
+            document->ImportRegion(form.Path(index, framework::AppUI()).value_or(""),
+                                   form.Identifier(index, framework::AppUI()).value_or(""));
         } catch (const NOT_A_TGA_HEADER& refused) {
-            UI().MessageBox(CTexturePageDoc::kNotATga, refused.path, framework::MessageIcon::Stop,
-                            framework::MessageButtons::Ok);
+            framework::AppUI().MessageBox(CTexturePageDoc::kNotATga, refused.path,
+                                          framework::MessageIcon::Stop,
+                                          framework::MessageButtons::Ok);
         }
     }
     document->TileRegions(TILE_BEST_FIT, spacing_);
@@ -499,15 +497,16 @@ void CTexturePageView::MoveRegionsOutside(CTexturePageDoc* source, CTexturePageD
 void CTexturePageView::OnCopyOutsideToNew() {
     CQuilletDoc* project = GetProjectDoc();
     TextureForm form;
-    if (project == nullptr || !UI().RunForm(form)) return;
+    if (project == nullptr || !framework::AppUI().RunForm(form)) return;
     const std::optional<std::string> path =
-        UI().AskSaveFileName({"Save As", "TGA Files (*.tga)", ".tga", ""});
+        framework::AppUI().AskSaveFileName({"Save As", "TGA Files (*.tga)", ".tga", ""});
     if (!path) return;
     CTexturePageDoc* destination =
         project->CreateNewTexture(std::filesystem::absolute(*path).string(), form.data);
     if (destination == nullptr) {
-        UI().MessageBox("This file is already part of the project", "Error",
-                        framework::MessageIcon::Warning, framework::MessageButtons::Ok);
+        framework::AppUI().MessageBox("This file is already part of the project", "Error",
+                                      framework::MessageIcon::Warning,
+                                      framework::MessageButtons::Ok);
         return;
     }
     MoveRegionsOutside(GetDocument(), destination);
@@ -520,7 +519,7 @@ void CTexturePageView::OnCopyOutsideToExisting() {
     for (const TPAGE& page : project->records().texture_pages)
         pages.push_back(page.path);
     PageChooserForm form(pages);
-    if (!UI().RunForm(form) || form.Chosen().empty()) return;
+    if (!framework::AppUI().RunForm(form) || form.Chosen().empty()) return;
     MoveRegionsOutside(GetDocument(), project->OpenTexture(form.Chosen()));
 }
 
@@ -530,7 +529,7 @@ void CTexturePageView::OnResizePage() {
     TextureForm form;
     const PageSize page = document->GetPageSize();
     form.SetCurrentSize(static_cast<uint16_t>(page.width), static_cast<uint16_t>(page.height));
-    if (UI().RunForm(form)) document->Resize(form.data.width, form.data.height);
+    if (framework::AppUI().RunForm(form)) document->Resize(form.data.width, form.data.height);
 }
 
 void CTexturePageView::OnCloseWindow() {
@@ -541,8 +540,8 @@ void CTexturePageView::OnCloseWindow() {
         if (!document->IsRegionInside(region.rect)) outside.push_back(region);
     }
     if (outside.empty()) return;
-    UI().MessageBox("All regions outside of image will be lost", "Warning",
-                    framework::MessageIcon::Warning, framework::MessageButtons::Ok);
+    framework::AppUI().MessageBox("All regions outside of image will be lost", "Warning",
+                                  framework::MessageIcon::Warning, framework::MessageButtons::Ok);
     for (const TREGION& region : outside)
         document->ClipRegionToPage(region);
 }
