@@ -46,8 +46,9 @@ bool core_config_file_iterator::get(po::option& item) {
         line = trimmed(line.substr(0, line.find('#')));
         if (line.empty()) continue;
         if (line.front() == '[' && line.back() == ']') {
+            // "[]" gives the prefix "." like any other heading: only "[name.]" keeps its dot.
             section_prefix_ = line.substr(1, line.size() - 2);
-            if (!section_prefix_.empty() && section_prefix_.back() != '.') section_prefix_ += '.';
+            if (section_prefix_.empty() || section_prefix_.back() != '.') section_prefix_ += '.';
             continue;
         }
         const size_t equals = line.find('=');
