@@ -84,6 +84,26 @@ TEST(LogManagerTest, NewLogsTakeTheRulesAndAppendersRunByPriority) {
     EXPECT_EQ(order, (std::vector<std::string>{"early", "y!"}));
 }
 
+TEST(LogManagerTest, RemovingAnAppenderTakesBackOnlyThatMasksRule) {
+    boost::logging::manager manager;
+    manager.flush_log_cache();
+    std::vector<std::string> heard;
+    const auto to = [&heard](const char* target) {
+        return [&heard, target](auto&, auto&, auto) { heard.push_back(target); };
+    };
+    auto io = manager.get_log("system.io");
+    manager.add_appender("system.io", "file", to("own"), 100);
+    manager.add_appender("*", "file", to("global"), 100);
+    manager.remove_appender("*", "file");
+    manager.write(*io, "x", Core::info);
+    EXPECT_EQ(heard, (std::vector<std::string>{"own"}));
+    manager.add_appender("*", "file", to("global again"), 100);
+    manager.remove_appender("system.io", "file");
+    heard.clear();
+    manager.write(*io, "y", Core::info);
+    EXPECT_EQ(heard, (std::vector<std::string>{"global again"}));
+}
+
 TEST(LogManagerTest, CacheKeepsLinesUntilOneLogOverflowsThenFlushesByLogName) {
     boost::logging::manager manager;
     Captured captured;

@@ -137,6 +137,25 @@ TEST_F(OptionsTest, LogOptionsApplyDuringTheParse) {
     EXPECT_TRUE(written.ends_with("[test.filed] [warning] into the file\n")) << written;
 }
 
+TEST_F(OptionsTest, LogFilesSurviveTheGlobalFileAndASecondParse) {
+    TempDir dir;
+    const std::string own = dir.File("own.log");
+    const std::string global = dir.File("global.log");
+    const std::string line = "--log.file 'test.twice " + own + "'";
+    ASSERT_TRUE(Core::Options::instance().parse(line, nullptr, nullptr));
+    ASSERT_TRUE(Core::Options::instance().parse(line, nullptr, nullptr));
+    Core::Detail::LogOptions& options = Core::Detail::log_options();
+    options.set_file(global);
+    options.set_file("");
+    auto& manager = boost::logging::manager::instance();
+    manager.write(*manager.get_log("test.twice"), "once", Core::warning);
+    Core::flush_logs();
+    const std::string written = ReadFile(own);
+    EXPECT_TRUE(written.ends_with("] once\n")) << written;
+    EXPECT_EQ(written.find("once"), written.rfind("once")) << written;
+    EXPECT_EQ(ReadFile(global), "");
+}
+
 TEST_F(OptionsTest, MemoryOptionsStartAtTheirOwnValuesAndParseToTheirDefaults) {
     Core::MemoryOptions& memory = Core::memory_options();
     EXPECT_EQ(memory.leak_depth, 24);

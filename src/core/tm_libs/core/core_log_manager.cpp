@@ -78,7 +78,7 @@ void manager::take_rules(logger_impl& log, const rule_list<Function>& rules,
                          log_list<Function> list) {
     for (const auto& rule : rules) {
         if (mask_matches(rule.mask, log.name()))
-            insert_by_priority(log.*list, {rule.name, rule.function, rule.priority});
+            insert_by_priority(log.*list, {rule.name, rule.function, rule.priority, rule.id});
     }
 }
 
@@ -86,11 +86,12 @@ template <typename Function>
 void manager::add_rule(rule_list<Function>& rules, log_list<Function> list, const std::string& mask,
                        const std::string& name, Function function, int priority) {
     std::lock_guard guard(lock_);
-    rules.push_back({mask, name, function, priority});
+    const unsigned id = next_rule_id_++;
+    rules.push_back({mask, name, function, priority, id});
     for (auto& [log_name, log] : logs_) {
         if (!mask_matches(mask, log_name)) continue;
         std::lock_guard log_guard(log->lock_);
-        insert_by_priority((*log).*list, {name, function, priority});
+        insert_by_priority((*log).*list, {name, function, priority, id});
     }
 }
 
@@ -98,11 +99,18 @@ template <typename Function>
 void manager::remove_rule(rule_list<Function>& rules, log_list<Function> list,
                           const std::string& mask, const std::string& name) {
     std::lock_guard guard(lock_);
-    std::erase_if(rules, [&](const auto& rule) { return rule.mask == mask && rule.name == name; });
+    std::vector<unsigned> removed;
+    std::erase_if(rules, [&](const auto& rule) {
+        const bool match = rule.mask == mask && rule.name == name;
+        if (match) removed.push_back(rule.id);
+        return match;
+    });
+    if (removed.empty()) return;
     for (auto& [log_name, log] : logs_) {
-        if (!mask_matches(mask, log_name)) continue;
         std::lock_guard log_guard(log->lock_);
-        std::erase_if((*log).*list, [&](const auto& entry) { return entry.name == name; });
+        std::erase_if((*log).*list, [&](const auto& entry) {
+            return std::find(removed.begin(), removed.end(), entry.rule) != removed.end();
+        });
     }
 }
 

@@ -128,9 +128,10 @@ LogOptions::LogOptions() {
     declare("Log options", "log.level", std::move(level_option),
             "Set levels for different parts of logging system in form of \"<log_name> <level>\"");
     auto file_option = option(&files);
-    file_option->notifier([](const std::vector<LogOutputOption>& values) {
+    file_option->notifier([this](const std::vector<LogOutputOption>& values) {
         for (const LogOutputOption& value : values) {
-            if (!value.name.empty())
+            // A later parse names the same targets again: each is added once.
+            if (!value.name.empty() && file_targets_.emplace(value.name, value.file).second)
                 log_manager().add_appender(value.name, "file", WriteToFile{file_writer(value.file)},
                                            kAppenderPriority);
         }

@@ -45,6 +45,7 @@ private:
         std::string name;
         Function function;
         int priority;
+        unsigned rule;  // the manager's rule that put it here
     };
     template <typename Function>
     using entry_list = std::vector<named_entry<Function>>;
@@ -79,6 +80,9 @@ public:
     void set_level(const std::string& mask, level_type level);
     void add_appender(const std::string& mask, const std::string& name, appender_function function,
                       int priority);
+    // Takes back what add_appender(mask, name, ...) gave: the rules of exactly this mask and
+    // name, and their appenders in the logs. Appenders of the same name added for other
+    // masks stay.
     void remove_appender(const std::string& mask, const std::string& name);
     void add_modifier(const std::string& mask, const std::string& name, modifier_function function,
                       int priority);
@@ -97,6 +101,7 @@ private:
         std::string name;
         Function function;
         int priority;
+        unsigned id;
     };
     template <typename Function>
     using rule_list = std::vector<mask_rule<Function>>;
@@ -126,6 +131,7 @@ private:
     std::map<std::string, std::vector<cached_line>> cache_;
     bool caching_ = true;
     unsigned cache_limit_ = default_cache_limit;
+    unsigned next_rule_id_ = 0;
 };
 
 }  // namespace boost::logging

@@ -5,6 +5,7 @@
 #include <atomic>
 #include <fstream>
 #include <memory>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -72,6 +73,7 @@ public:
 private:
     void apply_after_parse();
     bool debug_window_replaced_ = false;
+    std::set<std::pair<std::string, std::string>> file_targets_;  // log.file: log, file
 };
 LogOptions& log_options();
 
