@@ -2,6 +2,7 @@
 #include <unistd.h>
 
 #include <filesystem>
+#include <fstream>
 
 #include "TempDir.h"
 #include "core_buffers.h"
@@ -58,7 +59,8 @@ TEST_F(IoTest, WithoutTheCacheNewFilesAreSeenAtOnce) {
     EXPECT_FALSE(provider.exists("a/late.txt"));
     dir.Write("a/late.txt", "x");
     EXPECT_TRUE(provider.exists("a/late.txt"));
-    EXPECT_FALSE(provider.exists("a"));  // a folder is no file
+    EXPECT_TRUE(provider.exists("A/Late.TXT"));  // as open finds it
+    EXPECT_FALSE(provider.exists("a"));          // a folder is no file
     options.disable_file_cache = false;
 }
 
@@ -83,6 +85,45 @@ TEST_F(IoTest, NamesAreFoundWithoutRegardToCaseAndHandedOutAsOnDisk) {
     const auto buffer = provider.open(std::string("pages/ui main.tga"));
     ASSERT_TRUE(buffer);
     EXPECT_EQ(buffer->size(), 1u);
+}
+
+TEST_F(IoTest, OpenFindsAFileWrittenLaterInOtherCapitals) {
+    dir.Write("pages/a.tga", "x");
+    Core::FileBufferProvider provider;
+    ASSERT_TRUE(provider.open(std::string("PAGES/A.TGA")));  // the folder is listed now
+    EXPECT_FALSE(provider.open(std::string("PAGES/LATER.TGA")));
+    dir.Write("pages/later.tga", "x");
+    EXPECT_TRUE(provider.open(std::string("PAGES/LATER.TGA")));
+}
+
+// The count of read system calls this process has made so far.
+uint64_t ReadCalls() {
+    std::ifstream io("/proc/self/io");
+    std::string key;
+    uint64_t value = 0;
+    while (io >> key >> value) {
+        if (key == "syscr:") return value;
+    }
+    return 0;
+}
+
+TEST_F(IoTest, ByteReadsAreServedFromTheStreamBuffer) {
+    const std::string bytes(1 << 20, 'q');
+    dir.Write("large.bin", bytes);
+    Core::FileBufferProvider provider;
+    const auto buffer = provider.open(std::string("large.bin"));
+    ASSERT_TRUE(buffer);
+    const uint64_t before = ReadCalls();
+    uint64_t sum = 0;
+    for (int byte = buffer->get(); byte >= 0; byte = buffer->get())
+        sum += static_cast<uint64_t>(byte);
+    EXPECT_EQ(sum, uint64_t{'q'} << 20);
+    // One call per buffer fill; a seek per byte would make it one per byte.
+    EXPECT_LT(ReadCalls() - before, 1000u);
+    // A seek moves the stream once, and reading goes on from there.
+    ASSERT_TRUE(buffer->seek(5));
+    EXPECT_EQ(buffer->get(), 'q');
+    EXPECT_EQ(buffer->tell(), 6u);
 }
 
 TEST_F(IoTest, LinksThatLoopDoNotHangARecursiveScan) {

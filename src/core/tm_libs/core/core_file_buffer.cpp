@@ -11,22 +11,35 @@ void FileBufferImpl::close() {
     stream_.close();
     size_ = 0;
     position_ = 0;
+    stream_position_ = 0;
+}
+
+bool FileBufferImpl::sync_stream() {
+    if (stream_position_ == position_) return true;
+    std::filebuf& file = *stream_.rdbuf();
+    if (file.pubseekpos(static_cast<std::streamoff>(position_), std::ios::in) < 0) return false;
+    stream_position_ = position_;
+    return true;
 }
 
 unsigned FileBufferImpl::read(void* buffer, unsigned count) {
     const auto wanted = static_cast<std::streamsize>(readable(count));
-    if (wanted == 0) return 0;
-    stream_.clear();
-    stream_.seekg(static_cast<std::streamoff>(position_));
-    stream_.read(static_cast<char*>(buffer), wanted);
-    const auto got = static_cast<uint64_t>(std::max<std::streamsize>(stream_.gcount(), 0));
-    position_ += got;
-    return static_cast<unsigned>(got);
+    if (wanted == 0 || !sync_stream()) return 0;
+    const std::streamsize got = stream_.rdbuf()->sgetn(static_cast<char*>(buffer), wanted);
+    position_ += static_cast<uint64_t>(std::max<std::streamsize>(got, 0));
+    stream_position_ = position_;
+    return static_cast<unsigned>(std::max<std::streamsize>(got, 0));
 }
 
+// Byte by byte readers (the piece files are read so) take each byte from the stream's
+// buffer: a system call per buffer, not per byte.
 int FileBufferImpl::get() {
-    unsigned char byte = 0;
-    return read(&byte, 1) == 1 ? byte : -1;
+    if (eof() || !sync_stream()) return -1;
+    const int byte = stream_.rdbuf()->sbumpc();
+    if (byte == std::char_traits<char>::eof()) return -1;
+    ++position_;
+    ++stream_position_;
+    return byte;
 }
 
 const uint8_t* FileBufferImpl::data() {

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <boost/format.hpp>
 #include <climits>
+#include <optional>
 #include <set>
 
 #include "core_log.h"
@@ -76,6 +77,16 @@ bool is_regular_file(const std::string& path) {
     return ::stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode);
 }
 
+std::optional<timespec> modification_time(const std::string& path) {
+    struct stat status {};
+    if (::stat(path.c_str(), &status) != 0) return std::nullopt;
+    return status.st_mtim;
+}
+
+bool same_time(const timespec& a, const timespec& b) {
+    return a.tv_sec == b.tv_sec && a.tv_nsec == b.tv_nsec;
+}
+
 std::string current_directory() {
     std::vector<char> buffer(PATH_MAX);
     return ::getcwd(buffer.data(), buffer.size()) != nullptr ? buffer.data() : "";
@@ -111,11 +122,16 @@ std::shared_ptr<InputBufferImpl> FileBufferProvider::open(const std::wstring& pa
     return open(narrow_text(path));
 }
 
+std::string FileBufferProvider::file_on_disk(const std::string& path) {
+    if (is_regular_file(path)) return path;
+    std::string actual = disk_path(path);
+    return is_regular_file(actual) ? actual : std::string();
+}
+
 std::shared_ptr<InputBufferImpl> FileBufferProvider::open(const std::string& path) {
-    std::string actual = path;
-    if (!is_regular_file(actual)) actual = disk_path(path);
+    const std::string actual = file_on_disk(path);
     std::ifstream stream;
-    if (is_regular_file(actual)) stream.open(actual, std::ios::binary);
+    if (!actual.empty()) stream.open(actual, std::ios::binary);
     std::streamoff size = -1;
     if (stream.is_open() && stream.seekg(0, std::ios::end)) {
         size = stream.tellg();
@@ -130,7 +146,7 @@ std::shared_ptr<InputBufferImpl> FileBufferProvider::open(const std::string& pat
 }
 
 bool FileBufferProvider::exists(const std::string& path) {
-    if (io_options().disable_file_cache) return is_regular_file(path);
+    if (io_options().disable_file_cache) return !file_on_disk(path).empty();
     ++counters_.lookups;
     if (cache_.find(path) != nullptr) {
         ++counters_.hits;
@@ -268,9 +284,15 @@ std::string FileBufferProvider::disk_path(const std::string& path) {
 }
 
 const std::vector<std::string>& FileBufferProvider::names_in(const std::string& folder) {
-    const auto [place, added] = folder_names_.try_emplace(folder);
-    if (added) place->second = list_names(folder);
-    return place->second;
+    // A listing stands while the folder's modification time does: a file written or removed
+    // since is found, or missed, on the next lookup.
+    const std::optional<timespec> modified = modification_time(folder.empty() ? "." : folder);
+    FolderNames& names = folder_names_[folder];
+    if (!names.modified || !modified || !same_time(*names.modified, *modified)) {
+        names.names = list_names(folder);
+        names.modified = modified;
+    }
+    return names.names;
 }
 
 }  // namespace Core

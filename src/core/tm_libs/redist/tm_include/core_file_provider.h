@@ -1,15 +1,19 @@
 // Loose files: the provider that is always mounted.
 //
 // `exists` and `find` answer from a cache of folded paths that fills one folder listing at
-// a time and is never refreshed on its own. Folded keys are resolved on disk without regard
-// to case, so a project written with other capitals still finds its files; `find` hands out
-// names as they are spelled on disk.
+// a time and is never refreshed on its own (writers report changes through file_changed).
+// `open`, and `exists` with the cache switched off, look at the disk itself: a path is
+// found without regard to case, so a project written with other capitals still finds its
+// files, and a file written a moment ago is found in any capitals. `find` hands out names
+// as they are spelled on disk.
 #pragma once
 
 #include <cstdint>
+#include <ctime>
 #include <fstream>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -31,7 +35,11 @@ public:
     bool from_pack() const override { return false; }
 
 private:
+    // Moves the stream to position_ if a seek left it elsewhere; false if it cannot.
+    bool sync_stream();
+
     std::ifstream stream_;
+    uint64_t stream_position_ = 0;  // where the stream stands: reads from there need no seek
     uint64_t size_;
     std::vector<uint8_t> content_;  // filled by data()
     bool content_loaded_ = false;
@@ -120,12 +128,18 @@ private:
     std::string disk_folder(const std::string& folder);
     // `path` as spelled on disk, each component found without regard to case.
     std::string disk_path(const std::string& path);
-    // The sorted names of a folder on disk, listed once until the cache is cleared.
+    // The path of the regular file `path` names, found without regard to case; "" if none.
+    std::string file_on_disk(const std::string& path);
+    // The sorted names of a folder on disk, listed again when the folder has changed.
     const std::vector<std::string>& names_in(const std::string& folder);
 
     std::string root_;
     Cache cache_;
-    std::map<std::string, std::vector<std::string>> folder_names_;
+    struct FolderNames {
+        std::vector<std::string> names;
+        std::optional<timespec> modified;  // the folder's, when it was listed
+    };
+    std::map<std::string, FolderNames> folder_names_;
     Counters counters_;
 };
 
