@@ -1,4 +1,5 @@
 #include "ProjectFixture.h"
+#include "core_io.h"
 
 namespace {
 
@@ -57,13 +58,15 @@ TEST_F(ApplicationTest, ARecentProjectThatIsGoneLeavesNoProjectAndSaysSo) {
     EXPECT_EQ(ui.boxes[0].caption, "Error");
 }
 
-TEST_F(ApplicationTest, TheRecentListIsStoredAtExit) {
+TEST_F(ApplicationTest, TheRecentListIsStoredAndTheCoreServicesStopAtExit) {
     Start();
+    ASSERT_NE(Core::IOManager::get(), nullptr);
     Open("a.qlt", kEmptyProjectFile);
     Open("b.qlt", kEmptyProjectFile);
     app.ExitInstance();
     EXPECT_EQ(profile.GetString("Recent File List", "File1", ""), dir.File("b.qlt"));
     EXPECT_EQ(profile.GetString("Recent File List", "File2", ""), dir.File("a.qlt"));
+    EXPECT_EQ(Core::IOManager::get(), nullptr);
 }
 
 TEST_F(ApplicationTest, StatusTextReachesThePaneOnceThereIsOne) {

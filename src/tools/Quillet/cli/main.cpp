@@ -10,6 +10,7 @@
 #include "RenderCommand.h"
 #include "TgaCommands.h"
 #include "TileCommand.h"
+#include "core.h"
 
 namespace {
 
@@ -49,8 +50,11 @@ int main(int argc, char** argv) {
         if (words.size() < length || words[0] != command.group ||
             (length == 2 && words[1] != command.name))
             continue;
-        return command.run(
+        const int result = command.run(
             std::vector<std::string>(words.begin() + static_cast<long>(length), words.end()));
+        // Commands start the core services as they need them; they stop once, at the end.
+        Core::shutdown();
+        return result;
     }
     return Usage();
 }

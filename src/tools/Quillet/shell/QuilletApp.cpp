@@ -96,6 +96,8 @@ bool CQuilletApp::InitInstance(const std::vector<std::string>& arguments, MainFr
 void CQuilletApp::ExitInstance() {
     if (recovery_ != nullptr) recovery_->Finish();
     SaveStdProfileSettings();
+    // The core services go last, in the reverse order of their start.
+    Core::shutdown();
 }
 
 std::string CQuilletApp::FindFileToReopen() const {
