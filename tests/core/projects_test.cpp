@@ -6,6 +6,8 @@
 #include <optional>
 
 #include "TempDir.h"
+#include "core.h"
+#include "core_io.h"
 #include "core_paths.h"
 #include "core_projects.h"
 
@@ -186,6 +188,21 @@ TEST_F(ProjectsTest, ProjectRootWithoutRosterAndMetaFileFoundUpward) {
     } catch (const Core::Exception& error) {
         EXPECT_STREQ(error.what(), "Could not find vorlanProject.meta file");
     }
+}
+
+TEST(CoreInitTest, InitCreatesTheRegistriesOnceAndShutdownDeletesThem) {
+    Core::init();
+    Core::Projects* projects = Core::Projects::get();
+    Core::IOManager* io = Core::IOManager::get();
+    ASSERT_NE(projects, nullptr);
+    ASSERT_NE(io, nullptr);
+    Core::init();
+    EXPECT_EQ(Core::Projects::get(), projects);
+    EXPECT_EQ(Core::IOManager::get(), io);
+    Core::shutdown();
+    EXPECT_EQ(Core::Projects::get(), nullptr);
+    EXPECT_EQ(Core::IOManager::get(), nullptr);
+    Core::shutdown();
 }
 
 }  // namespace

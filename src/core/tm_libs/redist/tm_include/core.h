@@ -4,9 +4,11 @@
 namespace Core {
 
 // Starts LZO, makes the log options and the option registry exist, creates the IO manager
-// if there is none, and declares the "BugReport Options". Calling it again does no harm.
+// and the projects registry where there are none, and declares the "BugReport Options".
+// Calling it again does no harm.
 void init();
-// Deletes what init created, in reverse order.
+// Deletes the projects registry, then the IO manager: the reverse of init. Calling it again
+// does no harm.
 void shutdown();
 
 }  // namespace Core
