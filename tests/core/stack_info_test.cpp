@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <alloca.h>
+#include <algorithm>
 #include <cstdio>
 #include <deque>
 #include <regex>
@@ -112,6 +113,84 @@ constexpr int kKnownFunctionLine = __LINE__ + 1;
     return addresses.empty() ? 0 : addresses.front() + 1;
 }
 
+struct Inner {
+    unsigned short tag;
+    unsigned char flag;
+};
+struct Shape {
+    int id;
+    Inner inner;
+    double ratio;
+    char name[12];
+};
+template <int Level>
+struct Nest {
+    Nest<Level + 1> next;
+};
+template <>
+struct Nest<10> {
+    int value;
+};
+struct Wide {
+    int m0, m1, m2, m3, m4, m5, m6, m7, m8, m9, m10, m11, m12, m13, m14, m15, m16, m17, m18, m19,
+        m20, m21, m22, m23, m24, m25, m26, m27, m28, m29, m30, m31, m32, m33, m34, m35;
+};
+
+// Its address escapes, so the optimiser keeps the variable in memory, where a walk reads it.
+[[gnu::noinline]] void Keep(const void* variable) {
+    asm volatile("" : : "r"(variable) : "memory");
+}
+
+// The frame whose variables the tests read. The struct comes in memory, where a parameter
+// stays for the whole call; one in a register may be gone by the time of the walk.
+[[gnu::noinline]] void VariablesFrame(LinesWriter& writer, int mode, const char* skip_prefix,
+                                      Shape shape, uintptr_t unreadable) {
+    int local_total = shape.id + 1;
+    float local_scale = 1.5f;
+    const char* local_text = "hello";
+    const auto* local_hidden = reinterpret_cast<const char*>(unreadable);
+    Nest<1> local_nest{};
+    Wide local_wide{};
+    Keep(&shape);
+    Keep(&local_total);
+    Keep(&local_scale);
+    Keep(&local_text);
+    Keep(&local_hidden);
+    Keep(&local_nest);
+    Keep(&local_wide);
+    StackInfo::instance().walk_here(writer, mode, skip_prefix);
+    Keep(&local_total);
+}
+
+// A frame's own line, not one of its variables.
+bool IsFrameLine(const std::string& line) {
+    static const std::regex frame_line("[0-9A-F]{16}  [0-9A-F]{16}  .*");
+    return std::regex_match(line, frame_line);
+}
+
+// The lines of VariablesFrame's variables in a walk from it.
+std::vector<std::string> WalkVariables(int mode, const char* skip_prefix, uintptr_t unreadable) {
+    LinesWriter writer;
+    const Shape shape{42, {7, 1}, 1.0 / 3.0, "label"};
+    VariablesFrame(writer, mode, skip_prefix, shape, unreadable);
+    std::vector<std::string> variables;
+    for (std::size_t index = 1; index < writer.lines.size(); ++index) {
+        if (IsFrameLine(writer.lines[index])) break;
+        variables.push_back(writer.lines[index]);
+    }
+    EXPECT_NE(writer.lines.at(0).find("VariablesFrame+"), std::string::npos) << writer.lines[0];
+    return variables;
+}
+
+bool Has(const std::vector<std::string>& lines, const std::string& line) {
+    return std::find(lines.begin(), lines.end(), line) != lines.end();
+}
+
+bool HasLineStarting(const std::vector<std::string>& lines, const std::string& start) {
+    return std::any_of(lines.begin(), lines.end(),
+                       [&](const std::string& line) { return line.starts_with(start); });
+}
+
 std::string FileAndLine(int line) {
     return "stack_info_test.cpp(" + std::to_string(line) + ")";
 }
@@ -138,6 +217,56 @@ TEST(StackInfoTest, FramesNameTheCallersInOrderWithFileAndLine) {
         last_stack = stack;
     }
     EXPECT_TRUE(reached_main);
+}
+
+TEST(StackInfoTest, ParametersAndLocalsPrintTheirValuesByTypeAndSize) {
+    UnreadablePage unreadable;
+    const std::vector<std::string> lines =
+        WalkVariables(StackInfo::kParametersAndLocals, nullptr, unreadable.address());
+    std::string all;
+    for (const std::string& line : lines)
+        all += line + "\n";
+    char hidden[64];
+    std::snprintf(hidden, sizeof hidden, "    local_hidden  %016llX",
+                  static_cast<unsigned long long>(unreadable.address()));
+    for (const std::string& expected : std::vector<std::string>{
+             "    shape  Shape", "        id  0000002A", "        inner  Inner",
+             "            tag  0007", "            flag  01",
+             "        ratio  55555555",  // of a double, the low half
+             "        name  'label'", "    local_total  int  0000002B",
+             "    local_scale  float  1.500000", "    local_text  'hello'", std::string(hidden)})
+        EXPECT_TRUE(Has(lines, expected)) << expected << " in\n" << all;
+}
+
+TEST(StackInfoTest, StructsPrintNineLevelsAndThirtyTwoMembers) {
+    UnreadablePage unreadable;
+    const std::vector<std::string> lines =
+        WalkVariables(StackInfo::kParametersAndLocals, nullptr, unreadable.address());
+    EXPECT_TRUE(Has(lines, "    local_nest  Nest<1>"));
+    EXPECT_TRUE(Has(lines, std::string(32, ' ') + "next  Nest<8>"));
+    EXPECT_TRUE(Has(lines, std::string(36, ' ') + "next  Nest<9>"));
+    EXPECT_FALSE(HasLineStarting(lines, std::string(40, ' ')));
+    EXPECT_FALSE(HasLineStarting(lines, std::string(36, ' ') + "value"));
+
+    EXPECT_TRUE(Has(lines, "    local_wide  Wide"));
+    EXPECT_TRUE(Has(lines, "        m31  00000000"));
+    EXPECT_FALSE(HasLineStarting(lines, "        m32"));
+}
+
+TEST(StackInfoTest, ModeAndPrefixChooseTheVariables) {
+    UnreadablePage unreadable;
+    const std::vector<std::string> parameters =
+        WalkVariables(StackInfo::kParameters, nullptr, unreadable.address());
+    EXPECT_TRUE(Has(parameters, "    shape  Shape"));
+    EXPECT_TRUE(Has(parameters, "        id  0000002A"));
+    EXPECT_FALSE(HasLineStarting(parameters, "    local_"));
+
+    EXPECT_TRUE(WalkVariables(StackInfo::kFrames, nullptr, unreadable.address()).empty());
+
+    const std::vector<std::string> unprefixed =
+        WalkVariables(StackInfo::kParametersAndLocals, "local_", unreadable.address());
+    EXPECT_TRUE(Has(unprefixed, "    shape  Shape"));
+    EXPECT_FALSE(HasLineStarting(unprefixed, "    local_"));
 }
 
 TEST(StackInfoTest, AWalkEndsAfter256Frames) {
@@ -167,8 +296,9 @@ TEST(StackInfoTest, RegistersThatPointNowhereEndTheWalkAtOnce) {
     LinesWriter no_stack;
     stack.walk(nullptr, code, unreadable.address() + 64, unreadable.address() + 64, no_stack,
                StackInfo::kParametersAndLocals, nullptr);
-    ASSERT_EQ(no_stack.lines.size(), 1u);
+    ASSERT_FALSE(no_stack.lines.empty());
     EXPECT_NE(no_stack.lines[0].find("KnownFunction+0"), std::string::npos);
+    EXPECT_EQ(std::count_if(no_stack.lines.begin(), no_stack.lines.end(), IsFrameLine), 1);
 
     // Readable memory that is no code of any module: the writer names the address.
     LinesWriter no_symbol;

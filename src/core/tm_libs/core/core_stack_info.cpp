@@ -8,6 +8,7 @@
 #include "core_stack_frames.h"
 #include "core_stack_session.h"
 #include "core_stack_symbols.h"
+#include "core_stack_variables.h"
 
 namespace Core {
 namespace {
@@ -46,7 +47,8 @@ bool is_allocator_file(const char* file) {
 
 class FrameWriter : public Detail::FrameVisitor {
 public:
-    FrameWriter(Dwfl* dwfl, StackInfo::Writer& writer) : dwfl_(dwfl), writer_(writer) {}
+    FrameWriter(Dwfl* dwfl, StackInfo::Writer& writer, int mode, const char* skip_prefix)
+        : dwfl_(dwfl), writer_(writer), mode_(mode), skip_prefix_(skip_prefix) {}
 
     void visit(const StackFrame& frame) override {
         FixedText line;
@@ -65,11 +67,16 @@ public:
         if (Detail::find_source_line(dwfl_, frame.lookup_pc(), source))
             line.append("  %s(%u)", source.file, static_cast<unsigned>(source.line));
         writer_.write_line(line.c_str());
+        if (mode_ > StackInfo::kFrames)
+            Detail::write_variables(dwfl_, frame, writer_, mode_ == StackInfo::kParametersAndLocals,
+                                    skip_prefix_);
     }
 
 private:
     Dwfl* dwfl_;
     StackInfo::Writer& writer_;
+    int mode_;
+    const char* skip_prefix_;
 };
 
 class AddressCollector : public Detail::FrameVisitor {
@@ -91,9 +98,10 @@ struct StackInfo::Impl {
         return session;
     }
 
-    void walk(const StartRegisters& start, int skip, Writer& writer) {
+    void walk(const StartRegisters& start, int skip, Writer& writer, int mode,
+              const char* skip_prefix) {
         Detail::StackSession& current = prepared_session();
-        FrameWriter frames(current.dwfl(), writer);
+        FrameWriter frames(current.dwfl(), writer, mode, skip_prefix);
         Detail::visit_frames(current, start, skip, frames);
     }
 
@@ -116,12 +124,12 @@ void StackInfo::prepare() {
 }
 
 void StackInfo::walk(const void*, uintptr_t pc, uintptr_t stack, uintptr_t frame, Writer& writer,
-                     int, const char*) {
-    impl_->walk({pc, stack, frame}, 0, writer);
+                     int mode, const char* skip_prefix) {
+    impl_->walk({pc, stack, frame}, 0, writer, mode, skip_prefix);
 }
 
-void StackInfo::walk_here(Writer& writer, int, const char*, int skip) {
-    impl_->walk(registers_here(), skip + 1, writer);
+void StackInfo::walk_here(Writer& writer, int mode, const char* skip_prefix, int skip) {
+    impl_->walk(registers_here(), skip + 1, writer, mode, skip_prefix);
 }
 
 void StackInfo::collect(uintptr_t pc, uintptr_t stack, uintptr_t frame,
