@@ -1,9 +1,11 @@
+#include <alloca.h>
 #include <gtest/gtest.h>
 #include <sys/mman.h>
+#include <ucontext.h>
 #include <unistd.h>
 
-#include <alloca.h>
 #include <algorithm>
+#include <csignal>
 #include <cstdio>
 #include <deque>
 #include <regex>
@@ -90,14 +92,30 @@ constexpr int kKnownFunctionLine = __LINE__ + 1;
     return value * 3 + 1;
 }
 
-[[gnu::noinline]] void CollectLeaf(std::deque<uintptr_t>& addresses) {
+[[gnu::noinline]] void CollectLeaf(std::deque<uintptr_t>& addresses, int skip) {
     StackInfo::StackCallbackGetT<std::deque<uintptr_t>> callback(addresses);
-    StackInfo::instance().collect_here(callback);
+    StackInfo::instance().collect_here(callback, skip);
     StayInFrame();
 }
 
-[[gnu::noinline]] void CollectOuter(std::deque<uintptr_t>& addresses) {
-    CollectLeaf(addresses);
+[[gnu::noinline]] void CollectOuter(std::deque<uintptr_t>& addresses, int skip) {
+    CollectLeaf(addresses, skip);
+    StayInFrame();
+}
+
+// A crash handler walks from the registers that the signal interrupted.
+LinesWriter* signal_writer = nullptr;
+
+void WalkFromSignal(int, siginfo_t*, void* context) {
+    const auto& registers = static_cast<ucontext_t*>(context)->uc_mcontext.gregs;
+    StackInfo::instance().walk(nullptr, static_cast<uintptr_t>(registers[REG_RIP]),
+                               static_cast<uintptr_t>(registers[REG_RSP]),
+                               static_cast<uintptr_t>(registers[REG_RBP]), *signal_writer,
+                               StackInfo::kFrames, nullptr);
+}
+
+[[gnu::noinline]] void RaiseSignal() {
+    std::raise(SIGUSR1);
     StayInFrame();
 }
 
@@ -168,18 +186,38 @@ bool IsFrameLine(const std::string& line) {
     return std::regex_match(line, frame_line);
 }
 
+// The lines below the first frame's own.
+std::vector<std::string> FirstFrameVariables(const LinesWriter& writer) {
+    std::vector<std::string> variables;
+    for (std::size_t index = 1; index < writer.lines.size() && !IsFrameLine(writer.lines[index]);
+         ++index)
+        variables.push_back(writer.lines[index]);
+    return variables;
+}
+
+// Walks from code inlined into OuterOfInlined: the frame is OuterOfInlined's, and so are its
+// variables.
+[[gnu::always_inline]] inline void InlinedWalk(LinesWriter& writer) {
+    int inlined_local = 5;
+    Keep(&inlined_local);
+    StackInfo::instance().walk_here(writer, StackInfo::kParametersAndLocals, nullptr);
+    StayInFrame();
+}
+
+[[gnu::noinline]] void OuterOfInlined(LinesWriter& writer) {
+    int outer_local = 7;
+    Keep(&outer_local);
+    InlinedWalk(writer);
+    Keep(&outer_local);
+}
+
 // The lines of VariablesFrame's variables in a walk from it.
 std::vector<std::string> WalkVariables(int mode, const char* skip_prefix, uintptr_t unreadable) {
     LinesWriter writer;
     const Shape shape{42, {7, 1}, 1.0 / 3.0, "label"};
     VariablesFrame(writer, mode, skip_prefix, shape, unreadable);
-    std::vector<std::string> variables;
-    for (std::size_t index = 1; index < writer.lines.size(); ++index) {
-        if (IsFrameLine(writer.lines[index])) break;
-        variables.push_back(writer.lines[index]);
-    }
     EXPECT_NE(writer.lines.at(0).find("VariablesFrame+"), std::string::npos) << writer.lines[0];
-    return variables;
+    return FirstFrameVariables(writer);
 }
 
 bool Has(const std::vector<std::string>& lines, const std::string& line) {
@@ -196,6 +234,7 @@ std::string FileAndLine(int line) {
 }
 
 TEST(StackInfoTest, FramesNameTheCallersInOrderWithFileAndLine) {
+    StackInfo::instance().prepare();  // a second session over the same modules
     LinesWriter writer;
     StackOuter(writer, StackInfo::kFrames, nullptr);
     ASSERT_GE(writer.lines.size(), 4u);
@@ -269,6 +308,34 @@ TEST(StackInfoTest, ModeAndPrefixChooseTheVariables) {
     EXPECT_FALSE(HasLineStarting(unprefixed, "    local_"));
 }
 
+TEST(StackInfoTest, AFrameShowsItsOwnVariablesAndNotThoseOfCodeInlinedIntoIt) {
+    LinesWriter writer;
+    OuterOfInlined(writer);
+    ASSERT_FALSE(writer.lines.empty());
+    EXPECT_NE(writer.lines[0].find("OuterOfInlined+"), std::string::npos) << writer.lines[0];
+    const std::vector<std::string> variables = FirstFrameVariables(writer);
+    EXPECT_TRUE(Has(variables, "    outer_local  int  00000007"));
+    EXPECT_FALSE(HasLineStarting(variables, "    inlined_local"));
+}
+
+TEST(StackInfoTest, AWalkFromASignalsRegistersReachesTheInterruptedFunction) {
+    LinesWriter writer;
+    signal_writer = &writer;
+    struct sigaction action = {};
+    struct sigaction previous = {};
+    action.sa_sigaction = WalkFromSignal;
+    action.sa_flags = SA_SIGINFO;
+    ASSERT_EQ(::sigaction(SIGUSR1, &action, &previous), 0);
+    RaiseSignal();
+    ::sigaction(SIGUSR1, &previous, nullptr);
+    EXPECT_TRUE(std::any_of(writer.lines.begin(), writer.lines.end(), [](const std::string& line) {
+        return line.find("(anonymous namespace)::RaiseSignal+") != std::string::npos;
+    }));
+    EXPECT_TRUE(std::any_of(writer.lines.begin(), writer.lines.end(), [](const std::string& line) {
+        return line.find("  main+") != std::string::npos;
+    }));
+}
+
 TEST(StackInfoTest, AWalkEndsAfter256Frames) {
     LinesWriter writer;
     Recurse(writer, 300);
@@ -328,8 +395,12 @@ TEST(StackInfoTest, AFrameAddressThatDoesNotGrowEndsTheWalk) {
 
 TEST(StackInfoTest, CollectedAddressesAreDescribedAndDumped) {
     std::deque<uintptr_t> addresses;
-    CollectOuter(addresses);
+    CollectOuter(addresses, 0);
     ASSERT_GE(addresses.size(), 3u);
+    std::deque<uintptr_t> skipped;
+    CollectOuter(skipped, 1);
+    ASSERT_FALSE(skipped.empty());
+    EXPECT_EQ(skipped.front(), addresses[1]);
     StackInfo& stack = StackInfo::instance();
     const std::regex described("  .*stack_info_test\\.cpp \\((\\d+)\\): (.*)");
     std::smatch parts;
