@@ -35,6 +35,8 @@ StackSession::~StackSession() {
     end();
 }
 
+// A new session rather than the modules reported again into the old one: the old session's
+// own mappings of the files it has read would show up in /proc as modules of their own.
 void StackSession::prepare() {
     end();
     prepared_ = true;
