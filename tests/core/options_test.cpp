@@ -147,6 +147,14 @@ TEST_F(OptionsTest, MemoryOptionsStartAtTheirOwnValuesAndParseToTheirDefaults) {
     EXPECT_EQ(memory.init, 205);
 }
 
+TEST_F(OptionsTest, TheFillByteFollowsMemInitAfterAParse) {
+    Core::memory_options();
+    Core::set_memory_fill_value(0);
+    EXPECT_EQ(Core::memory_fill_value(), 0);
+    EXPECT_TRUE(Core::Options::instance().parse("--mem.init 171", nullptr, nullptr));
+    EXPECT_EQ(Core::memory_fill_value(), 171);
+}
+
 TEST_F(OptionsTest, GarbageInOptionFilesIsSkipped) {
     static std::string kept;
     Declare("test.garbage", &kept);

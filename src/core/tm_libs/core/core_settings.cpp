@@ -5,6 +5,20 @@
 #include "core_options.h"
 
 namespace Core {
+namespace {
+
+// Until the first parse, the value mem.init starts with.
+unsigned char fill_value = 205;
+
+}  // namespace
+
+unsigned char memory_fill_value() {
+    return fill_value;
+}
+
+void set_memory_fill_value(unsigned char value) {
+    fill_value = value;
+}
 
 DebugOptions& debug_options() {
     static DebugOptions options;
@@ -43,6 +57,8 @@ MemoryOptions::MemoryOptions() {
             "Enable crt memory leak tracing");
     declare("Memory options", "mem.accounting", with_default(&accounting, false),
             "Enable memory accounting (requires 'leaks')");
+    Options::instance().on_parsed(
+        [this] { set_memory_fill_value(static_cast<unsigned char>(init)); });
 }
 
 void declare_startup_options(Options& registry) {

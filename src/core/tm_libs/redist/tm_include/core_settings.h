@@ -36,6 +36,10 @@ struct MemoryOptions {
     bool accounting = false;  // mem.accounting
 };
 
+// The byte that fills memory for tracing; each parse sets it from mem.init (cut to a byte).
+unsigned char memory_fill_value();
+void set_memory_fill_value(unsigned char value);
+
 DebugOptions& debug_options();
 BugReportOptions& bug_report_options();
 IOOptions& io_options();

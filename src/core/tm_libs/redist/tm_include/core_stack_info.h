@@ -6,7 +6,11 @@
 // tested for readability before it is read, as a stack may be damaged.
 // Thread safety: none of its own; the assertion path calls it under its lock.
 // Allocation: a walk keeps its frame records and text buffers on the stack, so that it can
-// run when the program is in a bad state (a crash handler on its alternate stack).
+// run when the program is in a bad state (a crash handler on its alternate stack). elfutils
+// still allocates as it unwinds and on its first look at a module's symbols and lines, and
+// the C++ demangler allocates; prepare() reads the module list and allocates freely. A walk
+// needs some 64 KiB of stack.
+// Platform: x86-64 Linux; symbols, lines and variables come from DWARF through elfutils.
 #pragma once
 
 #include <cstdint>
@@ -24,7 +28,7 @@ public:
         virtual void write(const char* text) = 0;
         // `text` and a line end.
         virtual void write_line(const char* text) = 0;
-        // A line for an address that has no symbol.
+        // What stands for the name of an address that has no symbol; the walk ends the line.
         virtual void write_address(uintptr_t address) = 0;
     };
 
@@ -68,15 +72,27 @@ public:
     // The process's one walker, made on first use.
     static StackInfo& instance();
 
-    // Starts or restarts the symbol handler (reads the loaded modules again).
+    // Starts or restarts the symbol handler (reads the loaded modules again). The other
+    // functions start it on their first use; a module loaded later is known after the next
+    // prepare().
     void prepare();
-    // Writes the frames that start at the given registers: one line per frame, and with
-    // `mode` above kFrames its variables, leaving out those whose names begin with
-    // `skip_prefix` (may be null). `thread` is null for the current thread.
+    // Writes the frames that start at the given registers (program counter, stack pointer,
+    // frame pointer): one line per frame, and with `mode` above kFrames its variables,
+    // leaving out those whose names begin with `skip_prefix` (may be null). `thread` is not
+    // used: every thread's stack is in our own memory, so the registers say which to walk.
+    // A frame's line is "PC  STACK  name+displacement  file(line)", where STACK is the stack
+    // pointer in that frame.
     void walk(const void* thread, uintptr_t pc, uintptr_t stack, uintptr_t frame, Writer& writer,
               int mode, const char* skip_prefix);
-    // Pushes the address of every frame that starts at the given registers.
+    // As walk, from the function that calls it, leaving out `skip` more of its callers.
+    [[gnu::noinline]] void walk_here(Writer& writer, int mode, const char* skip_prefix,
+                                     int skip = 0);
+    // Pushes an address for every frame that starts at the given registers: the program
+    // counter of the first, and for each caller its return address less one (inside the
+    // call), so that describe() names the calling line.
     void collect(uintptr_t pc, uintptr_t stack, uintptr_t frame, StackCallbackGet& callback);
+    // As collect, from the function that calls it, leaving out `skip` more of its callers.
+    [[gnu::noinline]] void collect_here(StackCallbackGet& callback, int skip = 0);
     // One text for an address: its function, file and line; empty for an allocator's own
     // frame.
     std::string describe(uintptr_t address);
