@@ -202,6 +202,12 @@ TEST_F(BugReportTest, AnAssertionReportHasItsSectionsInOrder) {
     EXPECT_EQ(lines[10], "");
     EXPECT_EQ(lines[11], "");
     EXPECT_EQ(lines[12], "Stack");
+    // The walk starts at the failing site; the macro's own variables stay out of it.
+    EXPECT_NE(lines[13].find("AnAssertionReportHasItsSectionsInOrder"), std::string::npos);
+    EXPECT_NE(lines[13].find("bug_report_test.cpp(" + std::to_string(line) + ")"),
+              std::string::npos)
+        << lines[13];
+    EXPECT_EQ(ReadFile(dir.File("report-tester.txt")).find("_assert_"), std::string::npos);
     const auto second_stack = std::find(lines.begin() + 13, lines.end(), "Stack");
     ASSERT_NE(second_stack, lines.end());
     EXPECT_EQ(*(second_stack - 1), "");

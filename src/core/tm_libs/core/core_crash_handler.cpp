@@ -18,6 +18,7 @@
 
 #include "core_bug_report.h"
 #include "core_exception_codes.h"
+#include "core_report_files.h"
 #include "core_reports.h"
 #include "core_settings.h"
 
@@ -146,7 +147,9 @@ void install_filter() {
     static bool installed = false;
     if (installed) return;
     installed = true;
-    // The report's local time then needs no file of its own inside the handler.
+    // Made here, so that the handler finds them made: the report's names and settings, and
+    // the time zone, which the report's local time would otherwise read from a file.
+    Detail::report_settings();
     tzset();
     install_alternate_stack();
     struct sigaction action {};

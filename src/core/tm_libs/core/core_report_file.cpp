@@ -90,14 +90,10 @@ void WriteStackWriter::write_address(uintptr_t address) {
     search.address = address;
     dl_iterate_phdr(find_segment, &search);
     const auto value = static_cast<unsigned long long>(address);
-    if (!search.found) {
-        file_.print("%016llX  Module not found", value);
-    } else {
-        file_.print("%016llX  %04X:%016llX  ", value, search.segment,
-                    static_cast<unsigned long long>(search.offset));
-        file_.write(search.path);
-    }
-    file_.write(kLineEnd);
+    if (!search.found) return file_.print("%016llX  Module not found", value);
+    file_.print("%016llX  %04X:%016llX  ", value, search.segment,
+                static_cast<unsigned long long>(search.offset));
+    file_.write(search.path);
 }
 
 }  // namespace Core::BugReport

@@ -22,6 +22,7 @@ void write_report_header(BugReport::ReportFile& file, uintptr_t address) {
     file.write("Address: ");
     BugReport::WriteStackWriter(file).write_address(address);
     file.write_line("");
+    file.write_line("");
 }
 
 void write_error_line(BugReport::ReportFile& file, unsigned last_error, int error_number) {

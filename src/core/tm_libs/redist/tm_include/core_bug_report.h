@@ -42,7 +42,9 @@ public:
 
     void write(const char* text) override;
     void write_line(const char* text) override;
-    // The address line: "ADDRESS  SEGMENT:OFFSET  MODULE", or "ADDRESS  Module not found".
+    // The address line, without its line end: "ADDRESS  SEGMENT:OFFSET  MODULE", where the
+    // segment is the module's loaded segment that holds the address, counted from 1, or
+    // "ADDRESS  Module not found".
     void write_address(uintptr_t address) override;
 
 private:
