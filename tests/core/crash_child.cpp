@@ -2,7 +2,9 @@
 // start it with a mode and a folder for its report. Each crash is in a function of its own,
 // on a line marked "crash here", so that the test can find the line the report must name.
 //
-//     crash_child null|abort|throw|assert-in-crash FOLDER
+//     crash_child null|abort|throw|assert-in-crash|search FOLDER
+#include <unistd.h>
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -10,6 +12,7 @@
 
 #include "core_assert.h"
 #include "core_bug_report.h"
+#include "core_settings.h"
 
 namespace {
 
@@ -36,18 +39,30 @@ void AssertWhileReporting(Core::BugReport::ReportFile& file) {
     file.write_line("the callback went on");
 }
 
+// A handler that was there before ours: it gets the fault when the search goes on.
+void EarlierHandler(int) {
+    constexpr char kText[] = "the earlier handler ran\n";
+    write(2, kText, sizeof kText - 1);
+    _exit(5);
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
     if (argc != 3) {
-        std::fprintf(stderr, "usage: crash_child null|abort|throw|assert-in-crash FOLDER\n");
+        std::fprintf(stderr, "usage: crash_child null|abort|throw|assert-in-crash|search FOLDER\n");
         return 2;
     }
     const char* mode = argv[1];
     Core::BugReport::init(argv[2], "crash-test", true);
     Core::BugReport::set_dump_type(0);
+    const bool search = std::strcmp(mode, "search") == 0;
+    if (search) {
+        std::signal(SIGSEGV, EarlierHandler);
+        Core::bug_report_options().exception_search = true;
+    }
     Core::BugReport::install_filter();
-    if (std::strcmp(mode, "null") == 0) CrashByNullWrite();
+    if (std::strcmp(mode, "null") == 0 || search) CrashByNullWrite();
     if (std::strcmp(mode, "abort") == 0) CrashByAbort();
     if (std::strcmp(mode, "throw") == 0) CrashByThrow();
     if (std::strcmp(mode, "assert-in-crash") == 0) {

@@ -173,6 +173,15 @@ TEST(CrashReportTest, AnUncaughtExceptionIsReportedWithItsText) {
     EXPECT_NE(run.error_output.find("nobody catches this"), std::string::npos);
 }
 
+TEST(CrashReportTest, WithTheSearchOnTheEarlierHandlerGetsTheFaultAfterTheReport) {
+    TempDir dir;
+    const ChildRun run = RunCrashChild("search", dir);
+    ASSERT_TRUE(WIFEXITED(run.status)) << run.status << run.error_output;
+    EXPECT_EQ(WEXITSTATUS(run.status), 5);
+    EXPECT_EQ(run.error_output, "the earlier handler ran\n");
+    EXPECT_TRUE(NamesTheCrash(run.report, "CrashByNullWrite", "null")) << run.report;
+}
+
 TEST(CrashReportTest, AssertionsInsideTheCrashHandlerStaySilent) {
     TempDir dir;
     const ChildRun run = RunCrashChild("assert-in-crash", dir);

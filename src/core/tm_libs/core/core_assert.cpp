@@ -35,7 +35,8 @@ bool exit_on_second_assertion = false;
 AssertionDialog dialog = nullptr;
 void* owner_window = nullptr;
 
-// Kept out of the stack: the path may run when the stack is nearly spent.
+// Kept out of the stack, as the second assertion's text is: the path may run when the stack
+// is nearly spent.
 char text[Detail::kAssertionTextSize];
 
 void call_hook(void (*hook)()) {
@@ -43,10 +44,12 @@ void call_hook(void (*hook)()) {
 }
 
 // A failure while this thread handles another: one short line, and never a second dialog.
-bool handle_second_assertion(const AssertionRecord& record) {
+bool handle_second_assertion(AssertionRecord& record) {
+    std::free(record.message);
+    record.message = nullptr;
     if (!in_second_assertion) {
         in_second_assertion = true;
-        char second[Detail::kAssertionTextSize];
+        static char second[Detail::kAssertionTextSize];
         std::snprintf(second, sizeof second, "SECOND ASSERTION %s(%d):\nASSERT( %s )\n",
                       record.file, record.line, record.expression);
         Detail::debug_printf("%s", second);
@@ -66,9 +69,15 @@ int show_without_display() {
     return kAssertIgnore;
 }
 
+// A report is worth saving unless a debugger is there to look at the failure itself, or the
+// person asked for none.
+bool report_wanted() {
+    return !debugger_present() && !debug_options().default_no_dump;
+}
+
 int show_dialog(bool& save_report) {
     call_hook(assertion_hooks().on_dialog);
-    save_report = !debugger_present() && !debug_options().default_no_dump;
+    save_report = report_wanted();
     const int answer = dialog != nullptr ? dialog(text, owner_window, &save_report) : 0;
     if (answer >= kAssertAbort && answer <= kAssertIgnoreAlways) return answer;
     save_report = false;
@@ -79,7 +88,7 @@ int show_dialog(bool& save_report) {
 int ask(bool& save_report) {
     const BugReportOptions& options = bug_report_options();
     if (!options.disable_dialogs && !options.assert_ignore_always) return show_dialog(save_report);
-    save_report = report_without_dialog && !debugger_present() && !debug_options().default_no_dump;
+    save_report = report_without_dialog && report_wanted();
     return options.assert_ignore_always ? kAssertIgnoreAlways : kAssertAbort;
 }
 
