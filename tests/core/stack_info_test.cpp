@@ -413,6 +413,7 @@ TEST(StackInfoTest, CollectedAddressesAreDescribedAndDumped) {
 
     TempDir dir;
     const std::string file = dir.File("stderr.txt");
+    // freopen gives the file descriptor 2 to the file; dup2 points it back afterwards.
     std::fflush(stderr);
     const int saved = ::dup(2);
     ASSERT_NE(std::freopen(file.c_str(), "w", stderr), nullptr);

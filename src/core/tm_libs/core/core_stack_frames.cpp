@@ -6,9 +6,6 @@ namespace Core::Detail {
 namespace {
 
 constexpr int kMaxFrames = 256;
-constexpr unsigned kStackPointerRegister = 7;
-constexpr unsigned kFramePointerRegister = 6;
-constexpr unsigned kReturnAddressRegister = 16;
 
 bool plausible(const StackFrame& frame) {
     std::uint64_t code = 0;

@@ -12,10 +12,6 @@
 namespace Core::Detail {
 namespace {
 
-// DWARF register numbers of x86-64.
-constexpr int kFramePointerRegister = 6;
-constexpr int kStackPointerRegister = 7;
-constexpr int kReturnAddressRegister = 16;
 static_assert(kStackPointerRegister == kFramePointerRegister + 1, "set together below");
 
 // Separate debug files are looked for by build ID under /usr/lib/debug only. The standard
@@ -35,6 +31,8 @@ StackSession::~StackSession() {
     end();
 }
 
+// A new session rather than the modules reported again into the old one: the old session's
+// own mappings of the files it has read would show up in /proc as modules of their own.
 void StackSession::prepare() {
     end();
     prepared_ = true;

@@ -13,6 +13,11 @@
 
 namespace Core::Detail {
 
+// DWARF register numbers of x86-64 that a walk starts from.
+constexpr unsigned kFramePointerRegister = 6;
+constexpr unsigned kStackPointerRegister = 7;
+constexpr unsigned kReturnAddressRegister = 16;
+
 // The registers a walk starts from.
 struct StartRegisters {
     std::uintptr_t pc = 0;

@@ -8,8 +8,9 @@
 // Allocation: a walk keeps its frame records and text buffers on the stack, so that it can
 // run when the program is in a bad state (a crash handler on its alternate stack). elfutils
 // still allocates as it unwinds and on its first look at a module's symbols and lines, and
-// the C++ demangler allocates; prepare() reads the module list and allocates freely. A walk
-// needs some 64 KiB of stack.
+// the C++ demangler allocates; prepare() reads the module list and allocates freely.
+// Stack: a walk needs about 20 KiB, and some 160 KiB more while elfutils reads a module's
+// line table for the first time; a crash handler's alternate stack wants 256 KiB.
 // Platform: x86-64 Linux; symbols, lines and variables come from DWARF through elfutils.
 #pragma once
 
@@ -72,9 +73,9 @@ public:
     // The process's one walker, made on first use.
     static StackInfo& instance();
 
-    // Starts or restarts the symbol handler (reads the loaded modules again). The other
-    // functions start it on their first use; a module loaded later is known after the next
-    // prepare().
+    // Starts or restarts the symbol handler: reads the list of loaded modules again, and
+    // reads their symbols and lines afresh when they are next needed. The other functions
+    // start it on their first use; a module loaded later is known after the next prepare().
     void prepare();
     // Writes the frames that start at the given registers (program counter, stack pointer,
     // frame pointer): one line per frame, and with `mode` above kFrames its variables,
