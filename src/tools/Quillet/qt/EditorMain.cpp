@@ -2,6 +2,7 @@
 
 #include <QApplication>
 
+#include "AssertionDialog.h"
 #include "Icons.h"
 #include "MainWindow.h"
 #include "QtProfileStore.h"
@@ -18,6 +19,8 @@ int RunEditor(const std::vector<std::string>& arguments) {
     QtProfileStore profile;
     CQuilletApp app(ui, profile);
     MainWindow main_window(app, profile);
+    // A failing assertion asks the person, over the main window, while the window stands.
+    AssertionDialogScope assertion_dialog(&main_window);
     ui.SetParentWindow(&main_window);
     app.EnableRecovery(ProjectRecovery::DefaultFolder());
     RecoveryTimer recovery_timer(app, *app.Recovery());
