@@ -186,6 +186,20 @@ TEST_F(PackReaderTest, TwoBuffersOnOneEntryReadApartAndGiveTheirHandlesBack) {
     EXPECT_EQ(provider.pack()->spare_handles(), 1u);
 }
 
+// The table in memory belongs to the file that was loaded: a pack written over it since is
+// not read through that table.
+TEST_F(PackReaderTest, APackReplacedOnDiskIsNotReadThroughTheOldTable) {
+    const auto first = Open("one");  // takes the handle that read the table
+    dir.Write("other/one", "another pack");
+    std::string error;
+    ASSERT_EQ(Core::write_pack(dir.File("test.pack"), dir.File("other"), error),
+              Core::PackWriteResult::written);
+    EXPECT_FALSE(provider.open("text/long"));
+    EXPECT_EQ(ReadRest(*first, 10), "1");
+    first->close();
+    EXPECT_EQ(ReadRest(*Open("text/long"), 4096), files["text/long"]);
+}
+
 TEST_F(PackReaderTest, DataHoldsTheWholeEntryAndKeepsThePosition) {
     const std::string& bytes = files["text/two-blocks"];
     const auto buffer = Open("text/two-blocks");

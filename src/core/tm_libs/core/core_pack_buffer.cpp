@@ -119,11 +119,11 @@ const uint8_t* PackBufferCompressed::data() {
 
 void PackBufferCompressed::load_window(uint64_t position) {
     const uint64_t block = position / kBlockSize;
-    stored_offset_ = 0;
+    uint64_t stored_offset = entry_.data_offset;
     for (uint64_t before = 0; before < block; ++before)
-        stored_offset_ +=
+        stored_offset +=
             pack_->table().block_size(static_cast<uint32_t>(entry_.first_block + before));
-    if (::lseek(handle_, static_cast<off_t>(entry_.data_offset + stored_offset_), SEEK_SET) < 0) {
+    if (::lseek(handle_, static_cast<off_t>(stored_offset), SEEK_SET) < 0) {
         fail();
         return;
     }
@@ -138,14 +138,12 @@ uint32_t PackBufferCompressed::decode_block(uint8_t* into) {
     const uint32_t stored =
         pack_->table().block_size(static_cast<uint32_t>(entry_.first_block + block));
     const uint32_t content = PackTable::block_content(entry_.size, block);
-    if (!PackFile::read(handle_, stored_.get(), stored)) return fail();
-    stored_offset_ += stored;
-    // Raw: a whole block stored whole, or the partial last block stored at its length.
-    if (stored == kBlockSize || stored == content) {
-        if (stored != content) return fail();
-        std::memcpy(into, stored_.get(), stored);
-        return stored;
-    }
+    // Raw: a whole block stored whole, or the partial last block stored at its length. It is
+    // read where it goes.
+    const bool raw = stored == kBlockSize || stored == content;
+    if (raw && stored != content) return fail();
+    if (!PackFile::read(handle_, raw ? into : stored_.get(), stored)) return fail();
+    if (raw) return stored;
     lzo_uint decoded = content;
     if (lzo1x_decompress_safe(stored_.get(), stored, into, &decoded, nullptr) != LZO_E_OK ||
         decoded != content)

@@ -15,8 +15,13 @@
 namespace Core {
 namespace {
 
+// Without O_NONBLOCK a pipe given as a pack would wait for a writer; files ignore the flag.
 int open_for_reading(const std::string& path) {
-    return ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    return ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+}
+
+std::pair<dev_t, ino_t> identity(const struct stat& status) {
+    return {status.st_dev, status.st_ino};
 }
 
 }  // namespace
@@ -39,6 +44,7 @@ bool PackFile::load(const std::string& path) {
     struct stat status {};
     if (::fstat(handle, &status) != 0 || !S_ISREG(status.st_mode))
         return invalid("it is not a file");
+    identity_ = identity(status);
     uint8_t header[PackTable::kHeaderSize];
     if (!read(handle, header, sizeof header)) return invalid("it is shorter than a pack header");
     const uint64_t length = PackTable::announced_length(header);
@@ -69,10 +75,20 @@ bool PackFile::invalid(const std::string& reason) {
 }
 
 int PackFile::take_handle() {
-    if (handles_.empty()) return open_for_reading(path_);
+    if (handles_.empty()) return open_again();
     const int handle = handles_.back();
     handles_.pop_back();
     return handle;
+}
+
+// A file put in the pack's place since it was loaded does not match the table: it is not read.
+int PackFile::open_again() const {
+    const int handle = open_for_reading(path_);
+    struct stat status {};
+    if (handle < 0 || (::fstat(handle, &status) == 0 && identity(status) == identity_))
+        return handle;
+    ::close(handle);
+    return -1;
 }
 
 bool PackFile::read(int handle, void* buffer, size_t count) {

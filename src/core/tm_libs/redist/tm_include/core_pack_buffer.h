@@ -41,23 +41,24 @@ public:
     bool failed() const override { return failed_; }
 
 private:
-    // Decodes the block at position_ into `into` (room for a block); answers its length, 0
-    // past the end or on a fault.
+    // Decodes the block that begins at position_, which the handle stands on, into `into`
+    // (room for a block); answers its length, or 0 after a fault.
     uint32_t decode_block(uint8_t* into);
-    bool read_stored(uint32_t stored);
-    // Positions the handle on the block that holds `position` and decodes it into the window.
+    // Moves the handle to the block that holds `position` and decodes it into the window.
     void load_window(uint64_t position);
+    // Makes the buffer failed for good; answers 0, the length of what could not be decoded.
     uint32_t fail();
 
     std::shared_ptr<PackFile> pack_;  // null once closed
     PackTable::Entry entry_;
     int handle_;
     uint64_t position_ = 0;
-    uint64_t stored_offset_ = 0;  // of the next block, from the entry's first
-    std::unique_ptr<uint8_t[]> stored_;
-    std::unique_ptr<uint8_t[]> window_;
-    uint32_t window_length_ = 0;        // decoded bytes in the window; 0 when empty
-    uint32_t cursor_ = 0;               // the read position in the window
+    std::unique_ptr<uint8_t[]> stored_;  // a compressed block as the file holds it
+    std::unique_ptr<uint8_t[]> window_;  // the decoded block
+    uint32_t window_length_ = 0;         // decoded bytes in the window; 0 when empty
+    // The read position in the window: position_ - cursor_ is where the window's block
+    // begins, or where the next block begins while the window is empty.
+    uint32_t cursor_ = 0;
     std::unique_ptr<uint8_t[]> whole_;  // what data() hands out
     bool whole_loaded_ = false;
     bool failed_ = false;

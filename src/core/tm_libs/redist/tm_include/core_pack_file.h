@@ -8,7 +8,10 @@
 // Thread safety: none; a pack and its buffers are used from one thread.
 #pragma once
 
+#include <sys/types.h>
+
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "core_pack_table.h"
@@ -31,7 +34,8 @@ public:
     const PackTable& table() const { return table_; }
 
     // A handle for one more open entry: a spare one, or a new one when all are in use, so
-    // that files are opened only when more entries are open at once than ever before.
+    // that files are opened only when more entries are open at once than ever before. -1
+    // when the file cannot be opened again, or is no longer the file that was loaded.
     int take_handle();
     // Gives a handle from take_handle back for the next entry.
     void give_back(int handle) { handles_.push_back(handle); }
@@ -41,6 +45,7 @@ public:
     static bool read(int handle, void* buffer, size_t count);
 
 private:
+    int open_again() const;
     bool refuse(std::string message);
     bool invalid(const std::string& reason);
 
@@ -48,6 +53,7 @@ private:
     std::string error_;
     PackTable table_;
     std::vector<int> handles_;  // spare: no open entry reads through them
+    std::pair<dev_t, ino_t> identity_{};
 };
 
 }  // namespace Core
