@@ -37,7 +37,7 @@ CliRun RunCli(const TempDir& dir, const std::string& arguments) {
 std::map<std::string, std::string> MakeFolder(const TempDir& dir) {
     std::map<std::string, std::string> files;
     std::mt19937 random(2024);
-    for (int i = 0; i < 2500; ++i) {
+    for (int i = 0; i < 2000; ++i) {
         std::string name = "d" + std::to_string(i % 7) + "/s" + std::to_string(i % 3) + "/f" +
                            std::to_string(i) + ".dat";
         if (i % 5 == 0) name = "UPPER/Case" + std::to_string(i) + ".BIN";
