@@ -141,8 +141,7 @@ bool IOManager::mount(const std::string& path) {
         options.filtered.clear();
     }
     if (path.empty()) return true;
-    FileBufferProvider& files = *providers_->file_provider;
-    if (files.exists(path)) {
+    if (file_provider().exists(path)) {
         // A pack that cannot be read is left out, and the mount still counts as done.
         auto pack = std::make_shared<PackBufferProvider>();
         if (pack->load(path.c_str())) {
@@ -158,7 +157,7 @@ bool IOManager::mount(const std::string& path) {
 bool IOManager::mount_folder(const std::string& path) {
     const std::string pattern = join_path(join_path(io_options().packs_root, path), "*.pack");
     std::vector<std::shared_ptr<PackBufferProvider>> packs;
-    for (const char* name : providers_->file_provider->find(pattern, 0)) {
+    for (const char* name : file_provider().find(pattern, 0)) {
         auto pack = std::make_shared<PackBufferProvider>();
         if (!pack->load(name)) return false;
         CORE_LOG(io_log(), always) << boost::format("mounted pack %s") % name;
