@@ -40,6 +40,21 @@ bool write_all(int descriptor, std::string_view bytes) {
     return true;
 }
 
+bool write_all_at(int descriptor, uint64_t offset, std::string_view bytes) {
+    if (injected_failure()) return false;
+    while (!bytes.empty()) {
+        const ssize_t written =
+            ::pwrite(descriptor, bytes.data(), bytes.size(), static_cast<off_t>(offset));
+        if (written < 0) {
+            if (errno == EINTR) continue;
+            return false;
+        }
+        bytes.remove_prefix(static_cast<size_t>(written));
+        offset += static_cast<uint64_t>(written);
+    }
+    return true;
+}
+
 bool flush(int descriptor) {
     return !injected_failure() && ::fsync(descriptor) == 0;
 }
@@ -88,11 +103,29 @@ void fail_file_step(int n) {
 }
 }  // namespace Detail
 
+bool StagedFile::write(std::string_view bytes) {
+    return succeeded(write_all(descriptor_, bytes));
+}
+
+bool StagedFile::write_at(uint64_t offset, std::string_view bytes) {
+    return succeeded(write_all_at(descriptor_, offset, bytes));
+}
+
+bool StagedFile::succeeded(bool written) {
+    if (!written && error_ == 0) error_ = errno;
+    return written;
+}
+
 FileTransaction::~FileTransaction() {
     remove_leftovers();
 }
 
 bool FileTransaction::stage(const std::string& path, std::string_view bytes) {
+    return stage(path, [bytes](StagedFile& file) { return file.write(bytes); });
+}
+
+bool FileTransaction::stage(const std::string& path,
+                            const std::function<bool(StagedFile&)>& produce) {
     if (path.empty()) return fail(path, "the file has no name");
     std::filesystem::path target;
     if (!follow_links(path, target)) return fail(path, std::strerror(ELOOP));
@@ -113,9 +146,15 @@ bool FileTransaction::stage(const std::string& path, std::string_view bytes) {
     staged_.push_back({path, target.string(), temporary, {}});
 
     const mode_t mode = exists ? existing.st_mode & 07777 : new_file_mode();
-    bool written =
-        write_all(descriptor, bytes) && ::fchmod(descriptor, mode) == 0 && flush(descriptor);
-    std::string reason = written ? std::string() : system_reason();
+    StagedFile file(descriptor);
+    std::string reason;
+    bool written = produce(file);
+    if (!written) {
+        reason = file.failed() ? std::strerror(file.error()) : "the content could not be made";
+    } else if (::fchmod(descriptor, mode) != 0 || !flush(descriptor)) {
+        written = false;
+        reason = system_reason();
+    }
     if (::close(descriptor) != 0 && written) {
         written = false;
         reason = system_reason();

@@ -8,6 +8,7 @@
 #include "core_file_provider.h"
 #include "core_io.h"
 #include "core_log.h"
+#include "core_pack_provider.h"
 #include "core_path_match.h"
 #include "core_settings.h"
 #include "core_text.h"
@@ -31,6 +32,12 @@ std::string trimmed_filter_line(std::string line) {
     while (!line.empty() && std::strchr("\r\n \t", line.back()) != nullptr)
         line.pop_back();
     return line;
+}
+
+// `head` and `tail` as one path; an empty head adds nothing.
+std::string join_path(const std::string& head, const std::string& tail) {
+    if (head.empty()) return tail;
+    return head.back() == '/' ? head + tail : head + "/" + tail;
 }
 
 [[noreturn]] void throw_unable_to_open(const std::string& path) {
@@ -134,9 +141,31 @@ bool IOManager::mount(const std::string& path) {
         options.filtered.clear();
     }
     if (path.empty()) return true;
-    CORE_LOG(io_log(), warning) << boost::format("mount: %1%: pack files cannot be read yet") %
-                                       path;
-    return false;
+    if (file_provider().exists(path)) {
+        // A pack that cannot be read is left out, and the mount still counts as done.
+        auto pack = std::make_shared<PackBufferProvider>();
+        if (pack->load(path.c_str())) {
+            CORE_LOG(io_log(), always) << boost::format("mounted pack %s") % path;
+            mount_provider(std::move(pack));
+        }
+        return true;
+    }
+    return mount_folder(path);
+}
+
+// The packs of a folder are mounted all or none: a game must not run on half its data.
+bool IOManager::mount_folder(const std::string& path) {
+    const std::string pattern = join_path(join_path(io_options().packs_root, path), "*.pack");
+    std::vector<std::shared_ptr<PackBufferProvider>> packs;
+    for (const char* name : file_provider().find(pattern, 0)) {
+        auto pack = std::make_shared<PackBufferProvider>();
+        if (!pack->load(name)) return false;
+        CORE_LOG(io_log(), always) << boost::format("mounted pack %s") % name;
+        packs.push_back(std::move(pack));
+    }
+    for (auto& pack : packs)
+        mount_provider(std::move(pack));
+    return true;
 }
 
 void IOManager::mount_provider(std::shared_ptr<InputBufferProvider> provider) {

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "DemoProject.h"
+#include "PackCommands.h"
 #include "QltCommands.h"
 #include "RenderCommand.h"
 #include "TgaCommands.h"
@@ -29,6 +30,9 @@ const std::vector<Command>& Commands() {
         {"tile", "", "tile [--allow-outside] PROJECT.qlt PAGE ORDER [SPACING]", RunTile},
         {"render", "", "render PROJECT.qlt LAYOUT OUT.tga", RunRender},
         {"demo", "", "demo DIR", RunDemo},
+        {"pack", "create", "pack create OUT.pack DIR", RunPackCreate},
+        {"pack", "ls", "pack ls PACK", RunPackLs},
+        {"pack", "cat", "pack cat PACK NAME", RunPackCat},
     };
     return commands;
 }

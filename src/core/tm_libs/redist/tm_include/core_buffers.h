@@ -21,7 +21,8 @@ public:
     virtual bool open(const wchar_t* path);
     virtual bool close();
     virtual bool valid() const { return impl_ != nullptr; }
-    virtual bool good() const { return valid(); }
+    // Open, and no read has met content that cannot be delivered.
+    virtual bool good() const { return valid() && !impl_->failed(); }
     virtual bool from_pack() const { return impl_ != nullptr && impl_->from_pack(); }
 
     // Reads from `impl` (a buffer over memory, say) instead of a file; answers valid().

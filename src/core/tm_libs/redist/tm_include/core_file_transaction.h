@@ -9,6 +9,8 @@
 // then over and leaves no temporary behind.
 #pragma once
 
+#include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -19,6 +21,26 @@ struct FileFailure {
     std::string path;    // the file as the caller named it; empty when it had no name
     std::string reason;  // in the words of the system, or of the checks below
     bool read_only = false;
+};
+
+// The temporary file of a stage whose content is made piece by piece: a file too large to
+// hold in memory, or one whose start is known only at its end.
+class StagedFile {
+public:
+    explicit StagedFile(int descriptor) : descriptor_(descriptor) {}
+
+    // Appends `bytes`; false when they cannot be written (failed() is then set).
+    bool write(std::string_view bytes);
+    // Writes `bytes` at `offset`, over what was written there; appends continue at the end.
+    bool write_at(uint64_t offset, std::string_view bytes);
+    bool failed() const { return error_ != 0; }
+    int error() const { return error_; }  // the errno of the first failed write
+
+private:
+    bool succeeded(bool written);
+
+    int descriptor_;
+    int error_ = 0;
 };
 
 class FileTransaction {
@@ -34,6 +56,9 @@ public:
     // permission bits; one without any write permission (or that this process may not
     // write) is refused as read-only before anything is written, and so is a folder.
     bool stage(const std::string& path, std::string_view bytes);
+    // As above, with the bytes that `produce` writes to the temporary file. When it answers
+    // false nothing is staged; the reason is the system's when a write failed.
+    bool stage(const std::string& path, const std::function<bool(StagedFile&)>& produce);
     // Renames every staged file into place, in staging order. The old files are kept under
     // temporary names until all renames are done, so a failure can put them back. Hard links
     // to a replaced file keep the old bytes.

@@ -38,6 +38,9 @@ public:
     // The whole content in memory, owned by the buffer; null if it cannot be had.
     virtual const uint8_t* data() = 0;
     virtual bool from_pack() const = 0;
+    // True once a read met content that cannot be delivered (a pack block that is corrupt or
+    // cut short). A read answers the bytes delivered before the fault; later reads answer none.
+    virtual bool failed() const { return false; }
 };
 
 // The position keeping that every buffer over a known number of bytes shares: seeks and
@@ -104,8 +107,10 @@ public:
     // Every provider's names for `pattern`, once each, in byte order, filtered.
     std::vector<const char*> find(const std::string& pattern, unsigned flags);
 
-    // Mounts a pack file or a folder of packs. Loads the filter list named by io.filtered
-    // first, once.
+    // Mounts a pack file, or every "*.pack" of a folder (below io.packs_root when it is set)
+    // in name order. Loads the filter list named by io.filtered first, once. A pack file that
+    // cannot be read is left out and the answer is still true; a folder is mounted whole or
+    // not at all, and false when one of its packs cannot be read.
     bool mount(const std::string& path);
     // Puts a provider in the search order: in front, or behind with io.file_first.
     void mount_provider(std::shared_ptr<InputBufferProvider> provider);
@@ -130,6 +135,8 @@ private:
         bool include;
         std::string pattern;
     };
+
+    bool mount_folder(const std::string& path);
 
     std::unique_ptr<IOProviders> providers_;
     std::vector<FilterRule> filter_rules_;
