@@ -1,6 +1,8 @@
 #include "qlt_paths.h"
 
-#include <algorithm>
+#include <utility>
+
+#include "core_paths.h"
 
 std::string project_base_dir;
 
@@ -40,11 +42,9 @@ void MakeAbsolutePath(std::string& path) {
 }
 
 std::string ToFileForm(std::string path) {
-    std::replace(path.begin(), path.end(), '/', '\\');
-    return path;
+    return Core::backslashes(std::move(path));
 }
 
 std::string FromFileForm(std::string path) {
-    std::replace(path.begin(), path.end(), '\\', '/');
-    return path;
+    return Core::slashes(std::move(path));
 }
