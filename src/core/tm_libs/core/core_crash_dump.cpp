@@ -1,12 +1,12 @@
 #include "core_crash_dump.h"
 
 #include <fcntl.h>
-#include <sys/syscall.h>
 #include <unistd.h>
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
 
+#include "core_descriptor_write.h"
 #include "core_report_files.h"
 
 namespace Core::Detail {
@@ -18,29 +18,9 @@ constexpr size_t kStackLimit = 256 * 1024;
 constexpr uintptr_t kPageSize = 4096;
 constexpr off_t kRecordHeaderSize = 16;
 
-// The raw system call: the kernel reads the bytes and answers EFAULT for memory that cannot
-// be read, where a copy of our own would fault. It also stays out of the sanitizers' view of
-// write(), which would take the guard zones between stack variables for a bad read.
-ssize_t write_raw(int descriptor, const void* data, size_t size) {
-    return syscall(SYS_write, descriptor, data, size);
-}
-
-// Writes all of `size` bytes, or answers false.
-bool put(int descriptor, const void* data, size_t size) {
-    const char* at = static_cast<const char*>(data);
-    while (size > 0) {
-        const ssize_t written = write_raw(descriptor, at, size);
-        if (written < 0 && errno == EINTR) continue;
-        if (written <= 0) return false;
-        at += written;
-        size -= static_cast<size_t>(written);
-    }
-    return true;
-}
-
 template <typename T>
 void put_value(int descriptor, T value) {
-    put(descriptor, &value, sizeof value);
+    write_fully(descriptor, &value, sizeof value);
 }
 
 // A record: four letters, four bytes of zero and the size of what follows as 64 bits, which
@@ -49,7 +29,7 @@ class Record {
 public:
     Record(int descriptor, const char (&tag)[5])
         : descriptor_(descriptor), start_(lseek(descriptor, 0, SEEK_CUR)) {
-        put(descriptor_, tag, 4);
+        write_fully(descriptor_, tag, 4);
         put_value<uint32_t>(descriptor_, 0);
         put_value<uint64_t>(descriptor_, 0);
     }
@@ -128,7 +108,7 @@ uintptr_t copy_maps(int descriptor, uintptr_t stack) {
         const ssize_t size = ::read(maps, chunk, sizeof chunk);
         if (size < 0 && errno == EINTR) continue;
         if (size <= 0) break;
-        put(descriptor, chunk, static_cast<size_t>(size));
+        write_fully(descriptor, chunk, static_cast<size_t>(size));
         finder.feed(chunk, static_cast<size_t>(size));
     }
     ::close(maps);
@@ -153,7 +133,7 @@ void copy_stack(int descriptor, uintptr_t stack, uintptr_t mapping_end) {
 }  // namespace
 
 void write_dump(int descriptor, const Failure& failure) {
-    put(descriptor, kMagic, sizeof kMagic);
+    write_fully(descriptor, kMagic, sizeof kMagic);
     put_value<uint32_t>(descriptor, kVersion);
     put_value<int32_t>(descriptor, report_settings().dump_type);
     put_value<uint32_t>(descriptor, 0);
@@ -169,7 +149,7 @@ void write_dump(int descriptor, const Failure& failure) {
         Record registers(descriptor, "REGS");
         put_value<uint32_t>(descriptor, kRegisterCount);
         put_value<uint32_t>(descriptor, failure.context.complete ? 1 : 0);
-        put(descriptor, failure.context.registers, sizeof failure.context.registers);
+        write_fully(descriptor, failure.context.registers, sizeof failure.context.registers);
     }
     uintptr_t stack_end = 0;
     {

@@ -1,9 +1,8 @@
 #include "core.h"
 
-#include <lzo/lzo1x.h>
-
 #include "core_io.h"
 #include "core_log_options.h"
+#include "core_lzo.h"
 #include "core_options.h"
 #include "core_projects.h"
 #include "core_settings.h"
@@ -11,7 +10,7 @@
 namespace Core {
 
 void init() {
-    lzo_init();
+    Detail::lzo_started();
     // The native name check comes next. Boost.Filesystem 3 checks no names at all: a path
     // takes every name the system takes, which is what the native check allowed.
     Detail::log_options();

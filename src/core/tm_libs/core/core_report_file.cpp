@@ -2,12 +2,12 @@
 #include <link.h>
 #include <unistd.h>
 #include <algorithm>
-#include <cerrno>
 #include <climits>
 #include <cstdarg>
 #include <cstdio>
 
 #include "core_bug_report.h"
+#include "core_descriptor_write.h"
 
 namespace Core::BugReport {
 namespace {
@@ -54,12 +54,7 @@ int find_segment(dl_phdr_info* info, size_t /*size*/, void* data) {
 }  // namespace
 
 void ReportFile::write(std::string_view text) {
-    while (!text.empty()) {
-        const ssize_t written = ::write(descriptor_, text.data(), text.size());
-        if (written < 0 && errno == EINTR) continue;
-        if (written <= 0) return;
-        text.remove_prefix(static_cast<size_t>(written));
-    }
+    Detail::write_fully(descriptor_, text.data(), text.size());
 }
 
 void ReportFile::write_line(std::string_view text) {
