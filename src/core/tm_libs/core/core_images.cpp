@@ -6,6 +6,7 @@
 #include <new>
 
 #include "core_convert.h"
+#include "pixel_memory.h"
 #include "pixel_traits.h"
 
 namespace Core {
@@ -33,11 +34,10 @@ Image::Image(uint32_t width, uint32_t height, uint32_t bytes_per_pixel)
       height_(height),
       capacity_(width * height),
       bytes_per_pixel_(bytes_per_pixel),
-      data_(capacity_ == 0 ? nullptr
-                           : new (std::nothrow) uint8_t[size_t{capacity_} * bytes_per_pixel]()) {}
+      data_(Detail::allocate_pixels(size_t{capacity_} * bytes_per_pixel)) {}
 
 Image::~Image() {
-    delete[] data_;
+    Detail::free_pixels(data_, size_t{capacity_} * bytes_per_pixel_);
 }
 
 Size Image::get_size() const {
@@ -88,9 +88,9 @@ void Image::resize(uint32_t width, uint32_t height) {
         uint64_t{width} * bytes_per_pixel_ > std::numeric_limits<int32_t>::max())
         return;
     if (pixels > capacity_) {
-        auto* grown = new (std::nothrow) uint8_t[pixels * bytes_per_pixel_]();
+        uint8_t* grown = Detail::allocate_pixels(pixels * bytes_per_pixel_);
         if (grown == nullptr) return;
-        delete[] data_;
+        Detail::free_pixels(data_, size_t{capacity_} * bytes_per_pixel_);
         data_ = grown;
         capacity_ = static_cast<uint32_t>(pixels);
     }

@@ -9,12 +9,17 @@
 #include "core_log.h"
 #include "core_tga.h"
 #include "pixel_traits.h"
+#include "tga_byte_source.h"
+#include "tga_row_assembler.h"
 
 namespace Core {
 namespace {
 
-constexpr uint8_t kRightToLeft = 0x10;
-constexpr uint8_t kTopToBottom = 0x20;
+using Detail::kRightToLeft;
+using Detail::kTopToBottom;
+using Detail::row_of;
+using Detail::TgaByteSource;
+
 constexpr uint64_t kPixelsPerPacket = 128;
 
 struct ImageDeleter {
@@ -22,177 +27,150 @@ struct ImageDeleter {
 };
 using OwnedImage = std::unique_ptr<Image, ImageDeleter>;
 
-// The bytes behind the reader's position, in memory. Every read is bounded by the end.
-class ByteSource {
-public:
-    explicit ByteSource(TgaReader& reader)
-        : reader_(reader),
-          data_(reader.buffer.data()),
-          size_(data_ == nullptr ? 0 : reader.buffer.size()),
-          position_(std::min<uint64_t>(reader.buffer.tell(), size_)) {}
-    // Leaves the reader behind what was consumed.
-    ~ByteSource() { reader_.buffer.seek(position_); }
-    ByteSource(const ByteSource&) = delete;
-    ByteSource& operator=(const ByteSource&) = delete;
-
-    uint64_t remaining() const { return size_ - position_; }
-    const uint8_t* here() const { return data_ + position_; }
-    void skip(uint64_t count) { position_ += std::min(count, remaining()); }
-    // The next `count` bytes, or null when the file ends first.
-    const uint8_t* take(uint64_t count) {
-        if (remaining() < count) return nullptr;
-        const uint8_t* at = here();
-        position_ += count;
-        return at;
-    }
-
-private:
-    TgaReader& reader_;
-    const uint8_t* data_;
-    uint64_t size_;
-    uint64_t position_;
-};
-
-void reverse_pixels(uint8_t* row, uint32_t count, uint32_t bytes) {
-    for (uint32_t left = 0, right = count; left + 1 < right; ++left) {
-        --right;
-        uint8_t swap[4];
-        std::memcpy(swap, row + size_t{left} * bytes, bytes);
-        std::memcpy(row + size_t{left} * bytes, row + size_t{right} * bytes, bytes);
-        std::memcpy(row + size_t{right} * bytes, swap, bytes);
+// Calls `visit.template operator()<Bytes>()` with a pixel's size in bytes as a constant.
+template <typename Visitor>
+void with_pixel_bytes(uint32_t bytes, Visitor&& visit) {
+    switch (bytes) {
+        case 1:
+            return visit.template operator()<1>();
+        case 2:
+            return visit.template operator()<2>();
+        case 3:
+            return visit.template operator()<3>();
+        default:
+            return visit.template operator()<4>();
     }
 }
 
-uint8_t* row_of(const UntypedPixels& view, uint32_t row) {
-    return static_cast<uint8_t*>(view.pixels) + int64_t{view.stride_in_bytes} * row;
-}
-
-// Types 2 and 3: each file row straight into its destination row, converted by the pair's
-// own routine. A file that ends early leaves the rest as it was.
-void read_direct(const PixelsLock& destination, ByteSource& source, const TgaHeader& header,
+// Types 2 and 3: each file row straight into its destination row, converted on the way when
+// the formats differ. A file that ends early leaves the rest as it was.
+void read_direct(const PixelsLock& destination, TgaByteSource& source, const TgaHeader& header,
                  PixelFormat file_format) {
     const UntypedPixels& view = *destination.view;
     const uint32_t file_bytes = bytes_per_pixel(file_format);
+    const uint32_t destination_bytes = bytes_per_pixel(destination.format);
     const uint32_t width = std::min<uint32_t>(header.width, view.width);
     const uint32_t height = std::min<uint32_t>(header.height, view.height);
     const Detail::RowConverter convert = Detail::row_converter(file_format, destination.format);
     const uint64_t row_bytes = uint64_t{header.width} * file_bytes;
+    const uint32_t pixels_per_take = TgaByteSource::kWindow / file_bytes;
     for (uint32_t file_row = 0; file_row < header.height && source.remaining() > 0; ++file_row) {
+        if (file_row >= height) {
+            source.skip(row_bytes);
+            continue;
+        }
         const auto complete =
             static_cast<uint32_t>(std::min<uint64_t>(width, source.remaining() / file_bytes));
-        if (file_row < height) {
-            uint8_t* row =
-                row_of(view, header.descriptor & kTopToBottom ? file_row : height - 1 - file_row);
-            convert(row, source.here(), complete);
-            if (header.descriptor & kRightToLeft)
-                reverse_pixels(row, width, bytes_per_pixel(destination.format));
+        uint8_t* row =
+            row_of(view, header.descriptor & kTopToBottom ? file_row : height - 1 - file_row);
+        if (file_format == destination.format) {
+            source.copy_to(row, uint64_t{complete} * file_bytes);
+        } else {
+            for (uint32_t done = 0; done < complete;) {
+                const uint32_t count = std::min(complete - done, pixels_per_take);
+                const uint8_t* pixels = source.take(count * file_bytes);
+                if (pixels == nullptr) break;
+                convert(row + size_t{done} * destination_bytes, pixels, count);
+                done += count;
+            }
         }
-        source.skip(row_bytes);
+        source.skip(row_bytes - uint64_t{complete} * file_bytes);
+        if (header.descriptor & kRightToLeft) Detail::reverse_pixels(row, width, destination_bytes);
     }
 }
 
-// Run-length packets over the whole picture as one stream: `emit(index, element)` for each
-// element, never past `total`. A packet that runs past the end is consumed, not written.
-template <typename Emit>
-void decode_packets(ByteSource& source, uint64_t total, uint32_t element_bytes, Emit emit) {
-    uint64_t index = 0;
-    while (index < total) {
+// Run-length packets over the whole picture as one stream. A packet that runs past the end
+// of the picture is taken whole; what lies past the end is not placed.
+template <uint32_t Bytes>
+void decode_run_length(TgaByteSource& source, Detail::RowAssembler<Bytes>& rows) {
+    while (!rows.done()) {
         const uint8_t* packet = source.take(1);
         if (packet == nullptr) return;
         const uint32_t count = (*packet & 127u) + 1;
         if (*packet & 0x80) {
-            const uint8_t* element = source.take(element_bytes);
-            if (element == nullptr) return;
-            for (uint32_t repeat = 0; repeat < count && index < total; ++repeat)
-                emit(index++, element);
-        } else {
-            for (uint32_t read = 0; read < count; ++read) {
-                const uint8_t* element = source.take(element_bytes);
-                if (element == nullptr) return;
-                if (index < total) emit(index++, element);
-            }
+            const uint8_t* pixel = source.take(Bytes);
+            if (pixel == nullptr) return;
+            rows.repeat(pixel, count);
+            continue;
         }
+        // A packet cut short by the end of the file gives the pixels it holds whole.
+        const auto whole =
+            static_cast<uint32_t>(std::min<uint64_t>(count, source.remaining() / Bytes));
+        const uint8_t* pixels = source.take(whole * Bytes);
+        if (pixels == nullptr) return;
+        rows.append(pixels, whole);
+        if (whole < count) return;
     }
 }
 
-// Rows top for bottom, and each row reversed, as the descriptor says, through a scratch row
-// as wide as the picture.
-void flip(Image& image, uint8_t descriptor) {
-    const PixelsLock lock = image.lock_read_write(nullptr);
-    const UntypedPixels view = *lock.view;
-    image.unlock();
-    const uint32_t bytes = bytes_per_pixel(lock.format);
-    const size_t row_bytes = size_t{view.width} * bytes;
-    if (row_bytes == 0) return;  // a picture without pixels (its buffer is null)
-    if (!(descriptor & kTopToBottom)) {
-        std::vector<uint8_t> scratch(row_bytes);
-        for (uint32_t top = 0, bottom = view.height; top + 1 < bottom; ++top) {
-            --bottom;
-            std::memcpy(scratch.data(), row_of(view, top), row_bytes);
-            std::memcpy(row_of(view, top), row_of(view, bottom), row_bytes);
-            std::memcpy(row_of(view, bottom), scratch.data(), row_bytes);
-        }
-    }
-    if (descriptor & kRightToLeft) {
-        for (uint32_t row = 0; row < view.height; ++row)
-            reverse_pixels(row_of(view, row), view.width, bytes);
-    }
-    image.unlock();
-}
-
-// The pixels decoded into a picture of the file's format go to the destination last. The
-// one refused conversion is not reported, as it never was.
-bool finish_through(Image& decoded, const PixelsLock& destination, uint8_t descriptor) {
-    flip(decoded, descriptor);
-    convert_pixels(destination, decoded.lock_read(nullptr));
-    decoded.unlock();
+bool read_run_length(const PixelsLock& destination, TgaByteSource& source, const TgaHeader& header,
+                     PixelFormat file_format) {
+    with_pixel_bytes(bytes_per_pixel(file_format), [&]<uint32_t Bytes>() {
+        Detail::RowAssembler<Bytes> rows(destination, header, file_format);
+        decode_run_length(source, rows);
+        rows.finish();
+    });
     return true;
 }
 
-bool read_run_length(const PixelsLock& destination, ByteSource& source, const TgaHeader& header,
-                     PixelFormat file_format) {
-    OwnedImage decoded(create_image(header.width, header.height, file_format));
-    if (!decoded) return false;
-    auto* pixels = static_cast<uint8_t*>(decoded->get_data());
-    const uint32_t bytes = bytes_per_pixel(file_format);
-    decode_packets(source, uint64_t{header.width} * header.height, bytes,
-                   [&](uint64_t index, const uint8_t* element) {
-                       std::memcpy(pixels + index * bytes, element, bytes);
-                   });
-    return finish_through(*decoded, destination, header.descriptor);
-}
+// The entries of a colour map, read whole; an index outside the map reads as an all-zero
+// entry.
+class ColourMap {
+public:
+    ColourMap(TgaByteSource& source, const TgaHeader& header, uint32_t bytes)
+        : first_(header.colour_map_first),
+          length_(header.colour_map_length),
+          bytes_(bytes),
+          entries_((size_t{header.colour_map_length} + 1) * bytes) {
+        source.copy_to(entries_.data(), uint64_t{header.colour_map_length} * bytes);
+    }
+    const uint8_t* entry(uint32_t index) const {
+        const int64_t at = int64_t{index} - first_;
+        return entries_.data() + (at >= 0 && at < length_ ? at : length_) * bytes_;
+    }
 
-// Types 1 and 9. An index outside the map reads as an all-zero entry.
-bool read_colour_mapped(const PixelsLock& destination, ByteSource& source, const TgaHeader& header,
-                        PixelFormat map_format) {
-    if (header.pixel_depth != 8 && header.pixel_depth != 16) return false;
-    const uint32_t bytes = bytes_per_pixel(map_format);
-    std::vector<uint8_t> map(size_t{header.colour_map_length} * bytes);
-    const uint64_t map_available = std::min<uint64_t>(map.size(), source.remaining());
-    if (map_available > 0) std::memcpy(map.data(), source.here(), map_available);
-    source.skip(map.size());
+private:
+    int64_t first_;
+    int64_t length_;
+    uint32_t bytes_;
+    std::vector<uint8_t> entries_;  // and one all-zero entry behind them
+};
 
-    OwnedImage decoded(create_image(header.width, header.height, map_format));
-    if (!decoded) return false;
-    auto* pixels = static_cast<uint8_t*>(decoded->get_data());
-    const uint32_t index_bytes = header.pixel_depth / 8u;
-    const auto emit = [&](uint64_t index, const uint8_t* element) {
-        const uint32_t value = index_bytes == 1 ? element[0] : Detail::load16(element);
-        const int64_t entry = int64_t{value} - header.colour_map_first;
-        if (entry >= 0 && entry < header.colour_map_length)
-            std::memcpy(pixels + index * bytes, map.data() + entry * bytes, bytes);
+// Types 1 and 9: indices of one byte or two, one per pixel or in run-length packets.
+template <uint32_t Bytes>
+void decode_indices(TgaByteSource& source, Detail::RowAssembler<Bytes>& rows, const ColourMap& map,
+                    uint32_t index_bytes, bool run_length) {
+    const auto index_at = [index_bytes](const uint8_t* at) {
+        return index_bytes == 1 ? uint32_t{at[0]} : uint32_t{Detail::load16(at)};
     };
-    const uint64_t total = uint64_t{header.width} * header.height;
-    if (header.image_type == 9) {
-        decode_packets(source, total, index_bytes, emit);
-    } else {
-        for (uint64_t index = 0; index < total; ++index) {
-            const uint8_t* element = source.take(index_bytes);
-            if (element == nullptr) break;
-            emit(index, element);
+    while (!rows.done()) {
+        const uint8_t* packet = run_length ? source.take(1) : nullptr;
+        if (run_length && packet == nullptr) return;
+        const uint32_t count = run_length ? (*packet & 127u) + 1 : 1;
+        const bool repeated = run_length && (*packet & 0x80);
+        for (uint32_t read = 0; read < (repeated ? 1 : count); ++read) {
+            const uint8_t* index = source.take(index_bytes);
+            if (index == nullptr) return;
+            const uint8_t* entry = map.entry(index_at(index));
+            if (repeated)
+                rows.repeat(entry, count);
+            else
+                rows.append(entry, 1);
         }
     }
-    return finish_through(*decoded, destination, header.descriptor);
+}
+
+bool read_colour_mapped(const PixelsLock& destination, TgaByteSource& source,
+                        const TgaHeader& header, PixelFormat map_format) {
+    if (header.pixel_depth != 8 && header.pixel_depth != 16) return false;
+    const uint32_t bytes = bytes_per_pixel(map_format);
+    const ColourMap map(source, header, bytes);
+    with_pixel_bytes(bytes, [&]<uint32_t Bytes>() {
+        Detail::RowAssembler<Bytes> rows(destination, header, map_format);
+        decode_indices(source, rows, map, header.pixel_depth / 8u, header.image_type == 9);
+        rows.finish();
+    });
+    return true;
 }
 
 // The fewest bytes behind the header that can hold the picture it claims: all of it for the
@@ -237,7 +215,7 @@ bool read_tga_pixels(const PixelsLock& destination, TgaReader& reader, const Tga
     if (file_format == TGA_FORMAT_ERROR) return false;
     const bool empty = destination.view->width == 0 || destination.view->height == 0;
     if (!empty && destination.view->pixels == nullptr) return false;
-    ByteSource source(reader);
+    TgaByteSource source(reader);
     switch (header.image_type) {
         case 2:
         case 3:

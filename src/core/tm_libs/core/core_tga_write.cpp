@@ -3,7 +3,7 @@
 
 #include "core_atomic_file.h"
 #include "core_tga.h"
-#include "pixel_traits.h"
+#include "pixel_rows.h"
 
 namespace Core {
 

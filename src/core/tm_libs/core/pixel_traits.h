@@ -1,15 +1,14 @@
-// How each image format packs and unpacks one pixel: the single rule from which the
-// images, the 64 conversions and the TGA readers and writers are all generated.
+// How each image format packs and unpacks one pixel: the rule that defines every format.
+// The images' get_pixel, set_pixel and fills run it as it stands; the row conversions run a
+// faster statement of it (pixel_words.h) that the tests hold against this one.
 //
 // unpack is get_pixel: channels widened through the tables, alpha 255 where the format
 // has none. pack is set_pixel: truncating shifts, the bytes, or the weighted grey.
 #pragma once
 
-#include <array>
 #include <bit>
 #include <cstdint>
 #include <cstring>
-#include <utility>
 
 #include "core_pixels.h"
 
@@ -131,22 +130,6 @@ struct PixelTraits<PIXEL_FORMAT_GREY> {
     static void pack(uint8_t* at, const Colour& c) { at[0] = grey_of(c); }
 };
 
-// Converts `count` pixels from format S to format D: a copy when they are the same.
-template <PixelFormat S, PixelFormat D>
-void convert_row(uint8_t* destination, const uint8_t* source, uint32_t count) {
-    if constexpr (S == D) {
-        std::memcpy(destination, source, size_t{count} * PixelTraits<S>::bytes);
-    } else {
-        for (uint32_t index = 0; index < count; ++index) {
-            PixelTraits<D>::pack(destination, PixelTraits<S>::unpack(source));
-            destination += PixelTraits<D>::bytes;
-            source += PixelTraits<S>::bytes;
-        }
-    }
-}
-
-using RowConverter = void (*)(uint8_t* destination, const uint8_t* source, uint32_t count);
-
 // Calls `visit.template operator()<F>()` with the image format `format` as a constant;
 // false for any other value.
 template <typename Visitor>
@@ -179,21 +162,6 @@ bool with_format(PixelFormat format, Visitor&& visit) {
         default:
             return false;
     }
-}
-
-// The 64 row converters, indexed [source][destination].
-template <size_t... Index>
-constexpr auto make_row_converters(std::index_sequence<Index...>) {
-    return std::array<RowConverter, sizeof...(Index)>{
-        &convert_row<static_cast<PixelFormat>(Index / kImageFormatCount),
-                     static_cast<PixelFormat>(Index % kImageFormatCount)>...};
-}
-
-inline constexpr auto kRowConverters =
-    make_row_converters(std::make_index_sequence<kImageFormatCount * kImageFormatCount>());
-
-inline RowConverter row_converter(PixelFormat source, PixelFormat destination) {
-    return kRowConverters[static_cast<size_t>(source * kImageFormatCount + destination)];
 }
 
 }  // namespace Core::Detail
