@@ -4,6 +4,7 @@
 
 #include <cstdio>
 #include <map>
+#include <string>
 
 namespace bench {
 namespace {
@@ -61,15 +62,30 @@ int RunTable(int argc, char** argv, const std::vector<Figure>& figures) {
     Collector collector;
     benchmark::RunSpecifiedBenchmarks(&collector);
     for (const Figure& figure : figures) {
-        const auto measured = collector.runs.find(figure.measured);
-        const auto reference = collector.runs.find(figure.reference);
-        if (measured == collector.runs.end() || reference == collector.runs.end()) continue;
-        const double value = Value(measured->second, figure.measure);
-        const double reference_value = Value(reference->second, figure.measure);
-        const double ratio = reference_value > 0 ? value / reference_value : 0.0;
-        std::printf("%s  %.4g %s  ref=%.4g %s  ratio=%.3g  target=%s  %s\n", figure.name.c_str(),
+        std::vector<std::pair<std::string, std::string>> pairs = figure.slowest_of;
+        if (pairs.empty()) pairs.emplace_back(figure.measured, figure.reference);
+        bool found = false;
+        std::string slowest;
+        double value = 0, reference_value = 0, ratio = 0;
+        for (const auto& [measured_name, reference_name] : pairs) {
+            const auto measured = collector.runs.find(measured_name);
+            const auto reference = collector.runs.find(reference_name);
+            if (measured == collector.runs.end() || reference == collector.runs.end()) continue;
+            const double this_value = Value(measured->second, figure.measure);
+            const double this_reference = Value(reference->second, figure.measure);
+            const double this_ratio = this_reference > 0 ? this_value / this_reference : 0.0;
+            if (found && this_ratio >= ratio) continue;
+            found = true;
+            slowest = measured_name;
+            value = this_value;
+            reference_value = this_reference;
+            ratio = this_ratio;
+        }
+        if (!found) continue;
+        std::printf("%s  %.4g %s  ref=%.4g %s  ratio=%.3g  target=%s  %s%s\n", figure.name.c_str(),
                     value, Unit(figure.measure), reference_value, Unit(figure.measure), ratio,
-                    figure.target.c_str(), figure.meets(value, reference_value) ? "ok" : "MISS");
+                    figure.target.c_str(), figure.meets(value, reference_value) ? "ok" : "MISS",
+                    figure.slowest_of.empty() ? "" : ("  (" + slowest + ")").c_str());
     }
     std::fflush(stdout);
     benchmark::Shutdown();

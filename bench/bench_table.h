@@ -6,6 +6,7 @@
 
 #include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace bench {
@@ -25,6 +26,9 @@ struct Figure {
     std::string target;  // in words, for the table
     // Whether the figure meets its target, given both values.
     std::function<bool(double value, double reference)> meets;
+    // When not empty, the figure is the pair of (measured, reference) benchmarks among these
+    // whose ratio is lowest, and `measured` and `reference` are not used.
+    std::vector<std::pair<std::string, std::string>> slowest_of = {};
 };
 
 // Runs every benchmark the command line selects, then prints the figures whose benchmarks
