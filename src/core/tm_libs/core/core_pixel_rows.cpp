@@ -9,10 +9,10 @@
 namespace Core::Detail {
 namespace {
 
-// The loops are plain C++ that the compiler vectorises. On x86-64 each is also built for
+// The loops are plain C++ that the compiler vectorises. On x86-64, GCC also builds each for
 // AVX2, and the build the processor can run is chosen when the program loads: the 16-bit
-// formats' shifts and multiplies run twice as wide there.
-#if defined(__x86_64__) && defined(__GNUC__)
+// formats' shifts and multiplies run twice as wide there. (Clang cannot clone templates.)
+#if defined(__x86_64__) && defined(__GNUC__) && !defined(__clang__)
 #define CORE_ROW_CLONES __attribute__((target_clones("arch=x86-64-v3", "default")))
 #else
 #define CORE_ROW_CLONES

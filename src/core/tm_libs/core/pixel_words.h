@@ -50,7 +50,8 @@ struct PixelWord<PIXEL_FORMAT_555> {
         return {widened_5(w & 31u), widened_5((w >> 5) & 31u), widened_5((w >> 10) & 31u), 255};
     }
     static Word pack(const Channels& c) {
-        return lane((c.blue >> 3) | ((c.green >> 3) << 5) | ((c.red >> 3) << 10));
+        return lane((uint32_t{c.blue} >> 3) | ((uint32_t{c.green} >> 3) << 5) |
+                    ((uint32_t{c.red} >> 3) << 10));
     }
 };
 
@@ -58,10 +59,11 @@ template <>
 struct PixelWord<PIXEL_FORMAT_565> {
     using Word = uint16_t;
     static Channels unpack(Word w) {
-        return {widened_5(w & 31u), widened_6((w >> 5) & 63u), widened_5(w >> 11), 255};
+        return {widened_5(w & 31u), widened_6((w >> 5) & 63u), widened_5((w >> 11) & 31u), 255};
     }
     static Word pack(const Channels& c) {
-        return lane((c.blue >> 3) | ((c.green >> 2) << 5) | ((c.red >> 3) << 11));
+        return lane((uint32_t{c.blue} >> 3) | ((uint32_t{c.green} >> 2) << 5) |
+                    ((uint32_t{c.red} >> 3) << 11));
     }
 };
 
@@ -70,11 +72,11 @@ struct PixelWord<PIXEL_FORMAT_1555> {
     using Word = uint16_t;
     static Channels unpack(Word w) {
         return {widened_5(w & 31u), widened_5((w >> 5) & 31u), widened_5((w >> 10) & 31u),
-                widened_1(w >> 15)};
+                widened_1((w >> 15) & 1u)};
     }
     static Word pack(const Channels& c) {
-        return lane((c.blue >> 3) | ((c.green >> 3) << 5) | ((c.red >> 3) << 10) |
-                    ((c.alpha >> 7) << 15));
+        return lane((uint32_t{c.blue} >> 3) | ((uint32_t{c.green} >> 3) << 5) |
+                    ((uint32_t{c.red} >> 3) << 10) | ((uint32_t{c.alpha} >> 7) << 15));
     }
 };
 
@@ -83,11 +85,11 @@ struct PixelWord<PIXEL_FORMAT_4444> {
     using Word = uint16_t;
     static Channels unpack(Word w) {
         return {widened_4(w & 15u), widened_4((w >> 4) & 15u), widened_4((w >> 8) & 15u),
-                widened_4(w >> 12)};
+                widened_4((w >> 12) & 15u)};
     }
     static Word pack(const Channels& c) {
-        return lane((c.blue >> 4) | ((c.green >> 4) << 4) | ((c.red >> 4) << 8) |
-                    ((c.alpha >> 4) << 12));
+        return lane((uint32_t{c.blue} >> 4) | ((uint32_t{c.green} >> 4) << 4) |
+                    ((uint32_t{c.red} >> 4) << 8) | ((uint32_t{c.alpha} >> 4) << 12));
     }
 };
 
