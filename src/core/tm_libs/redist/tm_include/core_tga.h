@@ -70,7 +70,7 @@ public:
     // Hands what is left to the sink; false when any of the file could not be written.
     bool close();
     bool failed() const { return failed_; }
-    // The most the buffer has held.
+    // The buffer's size, which only grows: within kBufferBytes unless one write was larger.
     size_t buffer_size() const { return buffer_.size(); }
 
 private:
