@@ -281,7 +281,7 @@ TEST_F(TgaFileTest, SizedLoadsScaleWhenTheSizesDiffer) {
 }
 
 // Pictures larger than the writer's buffer, for the saves that hand a file on in pieces.
-class TgaStreamTest : public TgaFileTest {
+class TgaSaveTest : public TgaFileTest {
 protected:
     // A picture of `width` by `height` whose bytes all differ from their neighbours.
     static Owned Patterned(uint32_t width, uint32_t height, PixelFormat format) {
@@ -334,7 +334,7 @@ protected:
 // Rows are converted straight into the writer's buffer, which is handed on whenever a row no
 // longer fits: rows of odd lengths (888 rows not a multiple of four) meet the buffer's end
 // at a different place every time.
-TEST_F(TgaStreamTest, PicturesOfManyRowsSaveByteForByteAsConverted) {
+TEST_F(TgaSaveTest, PicturesOfManyRowsSaveByteForByteAsConverted) {
     struct Case {
         uint32_t width;
         uint32_t height;
@@ -368,7 +368,7 @@ TEST_F(TgaStreamTest, PicturesOfManyRowsSaveByteForByteAsConverted) {
 }
 
 // Each write, the flush and the rename of a save can fail; the picture takes several writes.
-TEST_F(TgaStreamTest, ASaveThatFailsPartWayKeepsTheOldFileByteForByte) {
+TEST_F(TgaSaveTest, ASaveThatFailsPartWayKeepsTheOldFileByteForByte) {
     Owned picture = Patterned(600, 300, PIXEL_FORMAT_8888);
     const std::string old = dir.Write("page.tga", "the old page");
     int steps = 0;
@@ -388,7 +388,7 @@ TEST_F(TgaStreamTest, ASaveThatFailsPartWayKeepsTheOldFileByteForByte) {
 
 // A full page is handed on a buffer at a time and no whole copy of it is made; a sink that
 // fails stops the rest of the picture.
-TEST_F(TgaStreamTest, AFullPageIsHandedOnInPiecesNoLargerThanTheBuffer) {
+TEST_F(TgaSaveTest, AFullPageIsHandedOnInPiecesNoLargerThanTheBuffer) {
     Owned page(create_image(4096, 4096, PIXEL_FORMAT_8888));
     size_t largest = 0;
     const std::string file =
