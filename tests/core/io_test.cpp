@@ -3,10 +3,13 @@
 
 #include <filesystem>
 #include <fstream>
+#include <map>
+#include <memory>
 
 #include "TempDir.h"
 #include "core_buffers.h"
 #include "core_file_provider.h"
+#include "core_folded_index.h"
 #include "core_path_match.h"
 #include "core_settings.h"
 
@@ -263,6 +266,57 @@ TEST(PathMatchTest, DirectoriesComponentsAndAlternatives) {
     EXPECT_FALSE(match("a.tga", "A.tga", false));
     EXPECT_TRUE(match("*", "", false));
     EXPECT_EQ(Core::fold_path("Data/\xC3\x89T\xC3\xA9.TGA"), "data/\xC3\x89t\xC3\xA9.tga");
+}
+
+// The last bytes of a text are read by loads that overlap, a different way for each length:
+// each length must fold its tail as fold_path does, without reading past the text (each text
+// lies in a buffer of exactly its size, for the address sanitizer to watch).
+TEST(PathMatchTest, FoldedHashAndEqualityAgreeWithFoldPathAtEveryLength) {
+    const std::string letters = "Ab/Z\xC3\x89z@[`{.Q_9aMyFILE.Tga";
+    for (size_t length = 0; length <= 24; ++length) {
+        const std::string text = letters.substr(0, length);
+        const std::unique_ptr<char[]> exact(new char[length]);
+        std::copy(text.begin(), text.end(), exact.get());
+        const std::string_view spelled(exact.get(), length);
+        const std::string folded = Core::fold_path(text);
+
+        uint64_t lanes = 0;
+        for (size_t at = length / 8 * 8; at < length; ++at)
+            lanes |= uint64_t{static_cast<uint8_t>(folded[at])} << (8 * (at % 8));
+        EXPECT_EQ(Core::Detail::folded_tail(spelled), lanes) << length;
+        EXPECT_EQ(Core::folded_hash(spelled), Core::folded_hash(folded)) << length;
+        EXPECT_TRUE(Core::folded_equal(spelled, folded)) << length;
+        // A change of any one byte, to a letter that does not fold to it, is seen.
+        for (size_t at = 0; at < length; ++at) {
+            std::string other = folded;
+            other[at] = other[at] == 'x' ? 'y' : 'X';
+            EXPECT_FALSE(Core::folded_equal(spelled, other)) << length << " at " << at;
+        }
+    }
+}
+
+// Removing from an open-addressed table shifts later members of a probe run back; a member
+// left where a probe cannot reach it would be a file the cache no longer finds.
+TEST(PathMatchTest, FoldedIndexFindsEveryKeyLeftAfterRemovals) {
+    std::map<std::string, int> nodes;
+    Core::FoldedIndex<std::map<std::string, int>::value_type> index;
+    for (int number = 0; number < 3000; ++number)
+        index.insert(&*nodes.emplace("d" + std::to_string(number) + "/f.tga", number).first);
+    for (auto node = nodes.begin(); node != nodes.end();) {
+        if (node->second % 3 != 0) {
+            ++node;
+            continue;
+        }
+        index.erase(&*node);
+        node = nodes.erase(node);
+    }
+    for (int number = 0; number < 3000; ++number) {
+        const auto* found = index.find("D" + std::to_string(number) + "/F.TGA");
+        ASSERT_EQ(found != nullptr, number % 3 != 0) << number;
+        if (found != nullptr) {
+            EXPECT_EQ(found->second, number);
+        }
+    }
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstring>
 #include <filesystem>
 #include <memory>
@@ -9,6 +10,7 @@
 #include "TempDir.h"
 #include "TgaBytes.h"
 #include "core_convert.h"
+#include "core_file_transaction.h"
 #include "core_memory_buffer.h"
 #include "core_tga.h"
 
@@ -221,14 +223,19 @@ TEST_F(TgaFileTest, GreyFilesAndTheExactBytesOfA32BitPage) {
 TEST_F(TgaFileTest, PicturesWithoutPixelsAndUnwritablePathsLeaveTheOldFile) {
     for (const auto& [width, height] : {std::pair<uint32_t, uint32_t>{0, 0}, {0, 3}, {3, 0}}) {
         Owned empty(create_image(width, height, PIXEL_FORMAT_8888));
-        TgaWriter writer(dir.File("never.tga"));
+        std::string written;
+        TgaWriter writer([&written](std::string_view bytes) {
+            written += bytes;
+            return true;
+        });
         EXPECT_FALSE(write_tga(writer, PIXEL_FORMAT_8888, empty->lock_read(nullptr), false, false));
         empty->unlock();
+        EXPECT_TRUE(writer.close());
+        EXPECT_EQ(written, "");
         const std::string old = dir.Write("old.tga", "the old page");
         EXPECT_FALSE(save_tga(*empty, old.c_str(), PIXEL_FORMAT_8888));
         EXPECT_EQ(ReadFile(old), "the old page");
     }
-    EXPECT_FALSE(std::filesystem::exists(dir.File("never.tga")));
     Owned page(create_image(1, 1, PIXEL_FORMAT_8888));
     EXPECT_FALSE(save_tga(*page, dir.File("missing/page.tga").c_str(), PIXEL_FORMAT_8888));
 }
@@ -242,6 +249,140 @@ TEST_F(TgaFileTest, SizedLoadsScaleWhenTheSizesDiffer) {
     TgaReader reader = Reader(bytes);
     ASSERT_TRUE(load_tga_sized(small->lock_write(nullptr), SCALE_BOX, reader));
     EXPECT_EQ(small->get_pixel(0, 0), (Colour{10, 20, 30, 40}));
+}
+
+// Pictures larger than the writer's buffer, for the saves that hand a file on in pieces.
+class TgaSaveTest : public TgaFileTest {
+protected:
+    // A picture of `width` by `height` whose bytes all differ from their neighbours.
+    static Owned Patterned(uint32_t width, uint32_t height, PixelFormat format) {
+        Owned picture(create_image(width, height, format));
+        auto* bytes = static_cast<uint8_t*>(picture->get_data());
+        const size_t count = size_t{width} * height * bytes_per_pixel(format);
+        for (size_t at = 0; at < count; ++at)
+            bytes[at] = static_cast<uint8_t>((at * 2654435761u) >> 13);
+        return picture;
+    }
+
+    // The file the writer must make, built another way: the picture converted whole, then its
+    // rows one by one from the bottom (or the top), each pixel's bytes as they stand (or the
+    // row's last pixel first).
+    static std::string Expected(Image& picture, PixelFormat file_format, const std::string& header,
+                                bool right_to_left = false, bool top_to_bottom = false) {
+        Owned converted(copy_image(picture, file_format));
+        const auto width = static_cast<uint32_t>(picture.get_size().width);
+        const auto height = static_cast<uint32_t>(picture.get_size().height);
+        const uint32_t pixel_bytes = bytes_per_pixel(file_format);
+        const auto* bytes = static_cast<const char*>(converted->get_data());
+        std::string file = header;
+        for (uint32_t row = 0; row < height; ++row) {
+            const char* first =
+                bytes + size_t{top_to_bottom ? row : height - 1 - row} * width * pixel_bytes;
+            for (uint32_t pixel = 0; pixel < width; ++pixel) {
+                const uint32_t column = right_to_left ? width - 1 - pixel : pixel;
+                file.append(first + size_t{column} * pixel_bytes, pixel_bytes);
+            }
+        }
+        return file;
+    }
+
+    // What write_tga hands its sink, in one string, and the largest piece it handed.
+    static std::string Written(const PixelsLock& source, PixelFormat format, bool right_to_left,
+                               bool top_to_bottom, size_t* largest_piece = nullptr) {
+        std::string file;
+        TgaWriter writer([&](std::string_view piece) {
+            if (largest_piece != nullptr) *largest_piece = std::max(*largest_piece, piece.size());
+            file += piece;
+            return true;
+        });
+        EXPECT_TRUE(write_tga(writer, format, source, right_to_left, top_to_bottom));
+        EXPECT_TRUE(writer.close());
+        EXPECT_LE(writer.buffer_size(), TgaWriter::kBufferBytes);
+        return file;
+    }
+};
+
+// Rows are converted straight into the writer's buffer, which is handed on whenever a row no
+// longer fits: rows of odd lengths (888 rows not a multiple of four) meet the buffer's end
+// at a different place every time.
+TEST_F(TgaSaveTest, PicturesOfManyRowsSaveByteForByteAsConverted) {
+    struct Case {
+        uint32_t width;
+        uint32_t height;
+        PixelFormat source;
+        PixelFormat file;
+        std::string header;
+    };
+    const Case cases[] = {
+        {701, 200, PIXEL_FORMAT_8888, PIXEL_FORMAT_8888, Header(2, 701, 200, 32, 8)},
+        {333, 1100, PIXEL_FORMAT_8888, PIXEL_FORMAT_888, Header(2, 333, 1100, 24, 0)},
+        {1001, 300, PIXEL_FORMAT_888, PIXEL_FORMAT_1555, Header(2, 1001, 300, 16, 1)},
+        {4097, 70, PIXEL_FORMAT_GREY, PIXEL_FORMAT_GREY, Header(3, 4097, 70, 8, 0)},
+    };
+    for (const Case& each : cases) {
+        Owned picture = Patterned(each.width, each.height, each.source);
+        const std::string path = dir.File("page.tga");
+        ASSERT_TRUE(save_tga(*picture, path.c_str(), each.file));
+        EXPECT_TRUE(ReadFile(path) == Expected(*picture, each.file, each.header))
+            << pixel_format_name(each.file) << " " << each.width << "x" << each.height;
+        std::string encoded;
+        ASSERT_TRUE(encode_tga(*picture, each.file, encoded));
+        EXPECT_TRUE(encoded == ReadFile(path));
+    }
+
+    // Mirrored and top-down rows, which no save asks for, go through the same buffer.
+    Owned picture = Patterned(333, 1100, PIXEL_FORMAT_8888);
+    const std::string header = Header(2, 333, 1100, 24, 0x30);
+    const std::string mirrored = Written(picture->lock_read(nullptr), PIXEL_FORMAT_888, true, true);
+    picture->unlock();
+    EXPECT_TRUE(mirrored == Expected(*picture, PIXEL_FORMAT_888, header, true, true));
+}
+
+// Each write, the flush and the rename of a save can fail; the picture takes several writes.
+TEST_F(TgaSaveTest, ASaveThatFailsPartWayKeepsTheOldFileByteForByte) {
+    Owned picture = Patterned(600, 300, PIXEL_FORMAT_8888);
+    const std::string old = dir.Write("page.tga", "the old page");
+    int steps = 0;
+    for (int step = 1; step < 20; ++step) {
+        Detail::fail_file_step(step);
+        const bool saved = save_tga(*picture, old.c_str(), PIXEL_FORMAT_8888);
+        Detail::fail_file_step(0);
+        if (saved) break;
+        steps = step;
+        EXPECT_EQ(ReadFile(old), "the old page") << "step " << step;
+        EXPECT_EQ(std::distance(std::filesystem::directory_iterator(dir.Path()), {}), 1)
+            << "a temporary is left after step " << step;
+    }
+    EXPECT_GE(steps, 5) << "three writes of at most 256 KiB, the flush and the rename";
+    EXPECT_TRUE(ReadFile(old) == Expected(*picture, PIXEL_FORMAT_8888, Header(2, 600, 300, 32, 8)));
+}
+
+// A full page is handed on a buffer at a time and no whole copy of it is made; a sink that
+// fails stops the rest of the picture.
+TEST_F(TgaSaveTest, AFullPageIsHandedOnInPiecesNoLargerThanTheBuffer) {
+    Owned page(create_image(4096, 4096, PIXEL_FORMAT_8888));
+    size_t largest = 0;
+    const std::string file =
+        Written(page->lock_read(nullptr), PIXEL_FORMAT_8888, false, false, &largest);
+    page->unlock();
+    EXPECT_EQ(file.size(), kTgaHeaderBytes + size_t{4096} * 4096 * 4);
+    EXPECT_LE(largest, TgaWriter::kBufferBytes);
+
+    // The widest row a file can hold fits the buffer alone.
+    Owned widest(create_image(65535, 2, PIXEL_FORMAT_8888));
+    largest = 0;
+    EXPECT_EQ(Written(widest->lock_read(nullptr), PIXEL_FORMAT_8888, false, false, &largest).size(),
+              kTgaHeaderBytes + size_t{65535} * 2 * 4);
+    widest->unlock();
+    EXPECT_LE(largest, TgaWriter::kBufferBytes);
+
+    int pieces = 0;
+    TgaWriter failing([&pieces](std::string_view) { return ++pieces < 2; });
+    EXPECT_TRUE(write_tga(failing, PIXEL_FORMAT_8888, page->lock_read(nullptr), false, false));
+    page->unlock();
+    EXPECT_FALSE(failing.close());
+    EXPECT_TRUE(failing.failed());
+    EXPECT_EQ(pieces, 2);
 }
 
 }  // namespace

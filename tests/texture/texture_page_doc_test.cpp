@@ -148,8 +148,7 @@ TEST_F(TexturePageDocTest, APageWithoutAPictureIsNotSaved) {
     Start();
     auto* empty = dynamic_cast<CTexturePageDoc*>(app.Templates()[1]->OpenDocumentFile(""));
     ASSERT_NE(empty, nullptr);
-    std::string bytes;
-    EXPECT_FALSE(empty->SavePage(bytes));
+    EXPECT_FALSE(empty->SavePage());
 }
 
 TEST_F(TexturePageDocTest, APageWhoseFileIsNotAPictureClosesAndStaysInTheProject) {

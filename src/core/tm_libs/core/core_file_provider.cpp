@@ -116,7 +116,7 @@ const char* FileBufferProvider::disk_name(std::string_view key, const Entry& ent
     return entry.disk_path ? entry.disk_path->c_str() : key.data();
 }
 
-FileBufferProvider::FileBufferProvider() : root_(current_directory()) {}
+FileBufferProvider::FileBufferProvider() : root_(current_directory()), options_(io_options()) {}
 
 std::shared_ptr<InputBufferImpl> FileBufferProvider::open(const std::wstring& path) {
     return open(narrow_text(path));
@@ -146,7 +146,7 @@ std::shared_ptr<InputBufferImpl> FileBufferProvider::open(const std::string& pat
 }
 
 bool FileBufferProvider::exists(const std::string& path) {
-    if (io_options().disable_file_cache) return !file_on_disk(path).empty();
+    if (options_.disable_file_cache) return !file_on_disk(path).empty();
     ++counters_.lookups;
     if (cache_.find(path) != nullptr) {
         ++counters_.hits;

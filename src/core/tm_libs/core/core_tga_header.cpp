@@ -6,8 +6,6 @@
 namespace Core {
 namespace {
 
-constexpr size_t kHeaderBytes = 18;
-
 uint16_t word_at(const uint8_t* bytes, size_t offset) {
     return static_cast<uint16_t>(bytes[offset] | (bytes[offset + 1] << 8));
 }
@@ -25,8 +23,8 @@ constexpr const char* kTgaFormatNames[] = {
 }  // namespace
 
 void read_tga_header(TgaReader& reader, TgaHeader& header) {
-    uint8_t bytes[kHeaderBytes] = {};
-    reader.buffer.read(bytes, kHeaderBytes);
+    uint8_t bytes[kTgaHeaderBytes] = {};
+    reader.buffer.read(bytes, kTgaHeaderBytes);
     header.id_length = bytes[0];
     header.colour_map_type = bytes[1];
     header.image_type = bytes[2];
@@ -104,7 +102,7 @@ void make_tga_header(TgaHeader& header, uint16_t width, uint16_t height, PixelFo
 }
 
 void write_tga_header(TgaWriter& writer, const TgaHeader& header) {
-    uint8_t bytes[kHeaderBytes] = {};
+    uint8_t bytes[kTgaHeaderBytes] = {};
     bytes[0] = header.id_length;
     bytes[1] = header.colour_map_type;
     bytes[2] = header.image_type;
@@ -117,7 +115,7 @@ void write_tga_header(TgaWriter& writer, const TgaHeader& header) {
     put_word(bytes, 14, header.height);
     bytes[16] = header.pixel_depth;
     bytes[17] = header.descriptor & 63;
-    writer.write(bytes, kHeaderBytes);
+    writer.write(bytes, kTgaHeaderBytes);
     writer.write(header.id, header.id_length);
 }
 

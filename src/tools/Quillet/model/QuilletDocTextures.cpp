@@ -67,24 +67,26 @@ std::unique_ptr<PageOutput> CQuilletDoc::TakePageOutput(const std::string& path)
 }
 
 bool CQuilletDoc::StageChangedPages(Core::FileTransaction& transaction) {
-    std::string bytes;
-    const auto stage = [this, &transaction, &bytes](const std::string& path, bool rebuilt) {
+    const auto stage = [this, &transaction](const std::string& path, const PageOutput& output,
+                                            bool rebuilt) {
         if (!rebuilt) {
             App().UI().MessageBox("Cannot save " + path, "Error", framework::MessageIcon::Stop,
                                   framework::MessageButtons::Ok);
             return false;
         }
-        if (transaction.stage(path, bytes)) return true;
+        if (StagePage(transaction, path, output)) return true;
         ReportSaveFailure(transaction.failure());
         return false;
     };
     // Pages deleted from the project since their windows closed are not written.
     std::erase_if(kept_pages_, [this](const auto& kept) { return !TextureExists(kept->path); });
     for (const auto& kept : kept_pages_) {
-        if (!stage(kept->path, RebuildPage(*kept, FindTexture(kept->path), bytes))) return false;
+        const bool rebuilt = RebuildPage(*kept, FindTexture(kept->path));
+        if (!stage(kept->path, *kept, rebuilt)) return false;
     }
     for (CTexturePageDoc* page : ChangedPageWindows()) {
-        if (!stage(page->GetPathName(), page->SavePage(bytes))) return false;
+        const bool rebuilt = page->SavePage();
+        if (!stage(page->GetPathName(), page->Output(), rebuilt)) return false;
     }
     return true;
 }

@@ -65,7 +65,7 @@ Core::Image* LoadPicture(const std::string& path) {
 
 }  // namespace
 
-bool RebuildPage(PageOutput& output, TPAGE& page, std::string& bytes) {
+bool RebuildPage(PageOutput& output, TPAGE& page) {
     if (output.image == nullptr) return false;
     for (TREGION& region : page.regions) {
         if (region.image == nullptr) region.SetImage(CutRegion(*output.image, region.rect).get());
@@ -75,7 +75,13 @@ bool RebuildPage(PageOutput& output, TPAGE& page, std::string& bytes) {
     for (const TREGION& region : page.regions) {
         if (region.image != nullptr) PaintRegion(*output.image, region.rect, *region.image);
     }
-    return Core::encode_tga(*output.image, output.save_format, bytes);
+    return Core::can_save_tga(*output.image, output.save_format);
+}
+
+bool StagePage(Core::FileTransaction& transaction, const std::string& path,
+               const PageOutput& output) {
+    return output.image != nullptr &&
+           Core::stage_tga(transaction, path, *output.image, output.save_format);
 }
 
 std::vector<CTexturePageDoc*> ChangedPageWindows() {
@@ -170,10 +176,10 @@ void CTexturePageDoc::MakeDisplayImage() {
     if (display_image_ != nullptr) FillImage(*display_image_, output_.unused_colour);
 }
 
-bool CTexturePageDoc::SavePage(std::string& bytes) {
+bool CTexturePageDoc::SavePage() {
     if (output_.image == nullptr) return false;
     SetTitle(GetPathName());
-    return RebuildPage(output_, Page(), bytes);
+    return RebuildPage(output_, Page());
 }
 
 bool CTexturePageDoc::IsNameFree(const std::string& name) const {

@@ -19,15 +19,22 @@
 #include "model/qlt_types.h"
 #include "model/region_pictures.h"
 
+namespace Core {
+class FileTransaction;
+}
+
 // A file given as a picture that load_tga refuses.
 struct NOT_A_TGA_HEADER {
     std::string path;
 };
 
 // Rebuilds the page from its unused colour and `regions` in list order, cutting from the
-// page any region still without a picture, and answers the bytes of its .tga. The regions'
-// pictures are clipped to the page. False when the page has no picture a file can hold.
-bool RebuildPage(PageOutput& output, TPAGE& page, std::string& bytes);
+// page any region still without a picture. The regions' pictures are clipped to the page.
+// False when the page has no picture a file can hold.
+bool RebuildPage(PageOutput& output, TPAGE& page);
+// Stages the .tga of a rebuilt page in `transaction`, written a few rows at a time.
+bool StagePage(Core::FileTransaction& transaction, const std::string& path,
+               const PageOutput& output);
 
 class CTexturePageDoc : public framework::Document {
 public:
@@ -53,10 +60,10 @@ public:
     // The page in the .tga at `path` (or the project's unsaved copy of it); false when
     // load_tga refuses the file, and the document stays empty.
     bool OpenPage(const std::string& path);
-    // Rebuilds the page and answers the bytes of its .tga, for the project to write with its
-    // file. False when the page has no picture a file can hold. The modified flag stays set
-    // until the project's files are in place.
-    bool SavePage(std::string& bytes);
+    // Rebuilds the page, for the project to stage with its file (StagePage of Output()).
+    // False when the page has no picture a file can hold. The modified flag stays set until
+    // the project's files are in place.
+    bool SavePage();
 
     Core::Image* GetImage() const { return output_.image.get(); }
     // The page's background as the view paints it: the unused colour, page-sized.

@@ -23,6 +23,8 @@
 
 namespace Core {
 
+struct IOOptions;
+
 class FileBufferImpl : public PositionedBufferImpl {
 public:
     FileBufferImpl(std::ifstream stream, uint64_t size);
@@ -134,6 +136,8 @@ private:
     const std::vector<std::string>& names_in(const std::string& folder);
 
     std::string root_;
+    // Held rather than asked for on each call: exists runs in loops over many files.
+    const IOOptions& options_;
     Cache cache_;
     struct FolderNames {
         std::vector<std::string> names;

@@ -1,6 +1,8 @@
 // A hash index from folded paths to values held elsewhere, for lookups with paths as the
 // caller spells them: open addressing with linear probing, the hash kept in the slot so
-// that a lookup usually touches one slot and one key.
+// that a lookup usually touches one slot and one key. The table fills to 7/8 before it
+// doubles: a lookup's cost is the cache miss on its slot, and a table half the size misses
+// less often than the longer probe runs cost (they lie mostly in one cache line).
 #pragma once
 
 #include <cstdint>
@@ -27,7 +29,7 @@ public:
 
     // `node` must not be indexed yet.
     void insert(Node* node) {
-        if ((count_ + 1) * 2 > slots_.size()) grow();
+        if ((count_ + 1) * 8 > slots_.size() * 7) grow();
         place({folded_hash(node->first), node});
         ++count_;
     }

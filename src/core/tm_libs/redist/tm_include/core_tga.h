@@ -6,12 +6,17 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
+#include <string_view>
+#include <vector>
 
 #include "core_buffers.h"
 #include "core_images.h"
 
 namespace Core {
+
+class FileTransaction;
 
 // What a file holds; the values are those of PixelFormat.
 constexpr PixelFormat TGA_FORMAT_555 = PIXEL_FORMAT_555;
@@ -21,6 +26,9 @@ constexpr PixelFormat TGA_FORMAT_8888 = PIXEL_FORMAT_8888;
 constexpr PixelFormat TGA_FORMAT_X888 = PIXEL_FORMAT_X888;
 constexpr PixelFormat TGA_FORMAT_GREY = PIXEL_FORMAT_GREY;
 constexpr PixelFormat TGA_FORMAT_ERROR = PIXEL_FORMAT_COUNT;
+
+// The fixed fields of a header in a file; its id follows them.
+constexpr size_t kTgaHeaderBytes = 18;
 
 struct TgaHeader {
     uint8_t id_length = 0;
@@ -43,22 +51,34 @@ struct TgaReader {
     InputBuffer buffer;
 };
 
-// Collects a file and writes it whole when closed: a file is never left half written.
+// Hands a file on to a sink a few rows at a time, so that no copy of a whole picture is ever
+// made: what is written gathers in a buffer of at most kBufferBytes (more only for a single
+// write larger than that, which no TGA row is), and goes to the sink whenever the buffer is
+// full and at close. Once the sink fails, later writes are dropped and failed() stays set.
 class TgaWriter {
 public:
-    explicit TgaWriter(std::string path) : path_(std::move(path)) {}
+    // Takes the next bytes of the file; false when they cannot be written.
+    using Sink = std::function<bool(std::string_view bytes)>;
+    // Room for the widest row a TGA file holds, 65,535 pixels of four bytes.
+    static constexpr size_t kBufferBytes = 256 * 1024;
+
+    explicit TgaWriter(Sink sink) : sink_(std::move(sink)) {}
     void write(const void* bytes, size_t count);
-    // Makes room for `count` more bytes at once.
-    void reserve(size_t count) { bytes_.reserve(bytes_.size() + count); }
-    // Writes the file; false (and the old file kept) when it cannot be written.
+    // The next `count` bytes of the file, to be filled in place before the writer is used
+    // again.
+    uint8_t* claim(size_t count);
+    // Hands what is left to the sink; false when any of the file could not be written.
     bool close();
     bool failed() const { return failed_; }
-    // What was written so far, without writing the file.
-    std::string take_bytes() { return std::move(bytes_); }
+    // The buffer's size, which only grows: within kBufferBytes unless one write was larger.
+    size_t buffer_size() const { return buffer_.size(); }
 
 private:
-    std::string path_;
-    std::string bytes_;
+    void flush();
+
+    Sink sink_;
+    std::vector<uint8_t> buffer_;
+    size_t used_ = 0;
     bool failed_ = false;
 };
 
@@ -77,11 +97,17 @@ Image* load_tga(TgaReader& reader, PixelFormat format);
 // Reads a picture into `destination`, scaling it with `filter` if the sizes differ.
 bool load_tga_sized(const PixelsLock& destination, int filter, TgaReader& reader);
 
+// Whether save_tga writes `image` as a file of `format`: not when the picture has no pixels
+// or is larger than a TGA file can describe.
+bool can_save_tga(Image& image, PixelFormat format);
 // Writes `image` to `path` as a file of `format`. False, with the file at `path` left as it
-// was, when the picture has no pixels or is larger than a TGA file can describe, or when the
-// file cannot be written.
+// was, when can_save_tga refuses the picture or the file cannot be written.
 bool save_tga(Image& image, const char* path, PixelFormat format);
-// The bytes save_tga would write, for a caller that writes them itself; false (and `bytes`
+// Stages the file save_tga would write in `transaction`, for a caller that replaces it
+// together with others; false as save_tga is, with the transaction's failure saying why.
+bool stage_tga(FileTransaction& transaction, const std::string& path, Image& image,
+               PixelFormat format);
+// The bytes save_tga would write, for a caller that keeps them in memory; false (and `bytes`
 // untouched) for the pictures save_tga refuses.
 bool encode_tga(Image& image, PixelFormat format, std::string& bytes);
 bool write_tga(TgaWriter& writer, PixelFormat format, const PixelsLock& source, bool right_to_left,
