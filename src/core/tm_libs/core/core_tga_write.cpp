@@ -20,14 +20,6 @@ bool writable(PixelFormat format, const PixelsLock& source) {
            view.height <= std::numeric_limits<uint16_t>::max();
 }
 
-void reverse_pixels(uint8_t* row, uint32_t width, uint32_t pixel_bytes) {
-    for (uint32_t left = 0, right = width; left + 1 < right; ++left) {
-        --right;
-        std::swap_ranges(row + size_t{left} * pixel_bytes, row + size_t{left + 1} * pixel_bytes,
-                         row + size_t{right} * pixel_bytes);
-    }
-}
-
 // The length of the file write_tga makes of a writable picture of `size`.
 size_t file_bytes(Size size, PixelFormat format) {
     TgaHeader header;
@@ -94,7 +86,7 @@ bool write_tga(TgaWriter& writer, PixelFormat format, const PixelsLock& source, 
         const uint32_t source_row = top_to_bottom ? written : view.height - 1 - written;
         uint8_t* row = writer.claim(size_t{view.width} * file_bytes);
         convert(row, pixels + int64_t{view.stride_in_bytes} * source_row, view.width);
-        if (right_to_left) reverse_pixels(row, view.width, file_bytes);
+        if (right_to_left) Detail::reverse_pixels(row, view.width, file_bytes);
     }
     return true;
 }

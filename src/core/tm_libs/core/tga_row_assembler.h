@@ -25,16 +25,6 @@ inline uint8_t* row_of(const UntypedPixels& view, uint32_t row) {
     return static_cast<uint8_t*>(view.pixels) + int64_t{view.stride_in_bytes} * row;
 }
 
-inline void reverse_pixels(uint8_t* row, uint32_t count, uint32_t bytes) {
-    for (uint32_t left = 0, right = count; left + 1 < right; ++left) {
-        --right;
-        uint8_t swap[4];
-        std::memcpy(swap, row + size_t{left} * bytes, bytes);
-        std::memcpy(row + size_t{left} * bytes, row + size_t{right} * bytes, bytes);
-        std::memcpy(row + size_t{right} * bytes, swap, bytes);
-    }
-}
-
 template <uint32_t Bytes>
 class RowAssembler {
 public:
