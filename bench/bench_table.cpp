@@ -9,6 +9,13 @@
 namespace bench {
 namespace {
 
+// A benchmark's name and arguments, without the settings (a minimum time, say) that
+// Google Benchmark adds to its full name.
+std::string Name(const benchmark::BenchmarkReporter::Run& run) {
+    const std::string& arguments = run.run_name.args;
+    return run.run_name.function_name + (arguments.empty() ? "" : "/" + arguments);
+}
+
 // Keeps every run's figures instead of printing them.
 class Collector : public benchmark::BenchmarkReporter {
 public:
@@ -17,7 +24,7 @@ public:
     bool ReportContext(const Context&) override { return true; }
     void ReportRuns(const std::vector<Run>& reports) override {
         for (const Run& run : reports) {
-            if (run.run_type == Run::RT_Iteration) runs[run.benchmark_name()] = run;
+            if (run.run_type == Run::RT_Iteration) runs[Name(run)] = run;
         }
     }
 };

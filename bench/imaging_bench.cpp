@@ -186,7 +186,8 @@ BENCHMARK(BM_Save)
     ->Arg(PIXEL_FORMAT_8888)
     ->Arg(PIXEL_FORMAT_888)
     ->Arg(PIXEL_FORMAT_1555)
-    ->Unit(benchmark::kMillisecond);
+    ->Unit(benchmark::kMillisecond)
+    ->MinTime(1.0);  // each run ends in a flush to the disk, whose time varies
 
 // The same bytes written the same way, without encoding.
 void BM_WriteBytes(benchmark::State& state) {
@@ -199,7 +200,7 @@ void BM_WriteBytes(benchmark::State& state) {
     state.SetBytesProcessed(state.iterations() * static_cast<int64_t>(bytes.size()));
     std::filesystem::remove(path);
 }
-BENCHMARK(BM_WriteBytes)->Arg(4)->Arg(3)->Arg(2)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_WriteBytes)->Arg(4)->Arg(3)->Arg(2)->Unit(benchmark::kMillisecond)->MinTime(1.0);
 
 std::vector<bench::Figure> Figures() {
     using bench::Figure;
@@ -243,10 +244,14 @@ std::vector<bench::Figure> Figures() {
     const std::pair<PixelFormat, const char*> saves[] = {
         {PIXEL_FORMAT_8888, "8888"}, {PIXEL_FORMAT_888, "888"}, {PIXEL_FORMAT_1555, "1555"}};
     for (const auto& [format, label] : saves) {
+        // A page's own format is a copy per row and must keep up with the disk; the others
+        // convert on the way and are reported.
+        const bool own = format == PIXEL_FORMAT_8888;
         figures.push_back(
             {std::string("tga_save_4096_") + label, "BM_Save/" + std::to_string(format),
              "BM_WriteBytes/" + std::to_string(bytes_per_pixel(format)),
-             Figure::Measure::MegabytesPerSecond, "report", [](double, double) { return true; }});
+             Figure::Measure::MegabytesPerSecond, own ? "at least 0.5 of the raw write" : "report",
+             [own](double value, double reference) { return !own || value * 2 >= reference; }});
     }
     return figures;
 }

@@ -132,8 +132,8 @@ int main(int argc, char** argv) {
              "BM_tiler_plain_scan/1024x1024_300", Figure::Measure::NanosecondsPerIteration,
              "faster", [](double value, double reference) { return value < reference; }},
             {"tiler_best_fit_4096x4096_1000", "BM_tiler/4096x4096_1000",
-             "BM_tiler_plain_scan/4096x4096_1000/iterations:1",
-             Figure::Measure::NanosecondsPerIteration, ">=300x faster",
+             "BM_tiler_plain_scan/4096x4096_1000", Figure::Measure::NanosecondsPerIteration,
+             ">=300x faster",
              [](double value, double reference) { return value * 300.0 <= reference; }},
         });
 }
