@@ -1,6 +1,6 @@
 #include <algorithm>
-#include <cstring>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include <boost/format.hpp>
@@ -79,27 +79,38 @@ void read_direct(const PixelsLock& destination, TgaByteSource& source, const Tga
     }
 }
 
+// The header byte of a run-length packet: how many pixels it stands for, and whether one
+// element repeats or that many follow. Empty at the end of the file.
+struct Packet {
+    uint32_t count;
+    bool repeated;
+};
+std::optional<Packet> next_packet(TgaByteSource& source) {
+    const uint8_t* packet = source.take(1);
+    if (packet == nullptr) return std::nullopt;
+    return Packet{(*packet & 127u) + 1, (*packet & 0x80) != 0};
+}
+
 // Run-length packets over the whole picture as one stream. A packet that runs past the end
 // of the picture is taken whole; what lies past the end is not placed.
 template <uint32_t Bytes>
 void decode_run_length(TgaByteSource& source, Detail::RowAssembler<Bytes>& rows) {
     while (!rows.done()) {
-        const uint8_t* packet = source.take(1);
-        if (packet == nullptr) return;
-        const uint32_t count = (*packet & 127u) + 1;
-        if (*packet & 0x80) {
+        const std::optional<Packet> packet = next_packet(source);
+        if (!packet) return;
+        if (packet->repeated) {
             const uint8_t* pixel = source.take(Bytes);
             if (pixel == nullptr) return;
-            rows.repeat(pixel, count);
+            rows.repeat(pixel, packet->count);
             continue;
         }
         // A packet cut short by the end of the file gives the pixels it holds whole.
         const auto whole =
-            static_cast<uint32_t>(std::min<uint64_t>(count, source.remaining() / Bytes));
+            static_cast<uint32_t>(std::min<uint64_t>(packet->count, source.remaining() / Bytes));
         const uint8_t* pixels = source.take(whole * Bytes);
         if (pixels == nullptr) return;
         rows.append(pixels, whole);
-        if (whole < count) return;
+        if (whole < packet->count) return;
     }
 }
 
@@ -144,16 +155,15 @@ void decode_indices(TgaByteSource& source, Detail::RowAssembler<Bytes>& rows, co
         return index_bytes == 1 ? uint32_t{at[0]} : uint32_t{Detail::load16(at)};
     };
     while (!rows.done()) {
-        const uint8_t* packet = run_length ? source.take(1) : nullptr;
-        if (run_length && packet == nullptr) return;
-        const uint32_t count = run_length ? (*packet & 127u) + 1 : 1;
-        const bool repeated = run_length && (*packet & 0x80);
-        for (uint32_t read = 0; read < (repeated ? 1 : count); ++read) {
+        // Without run length, each index is a packet of one.
+        const std::optional<Packet> packet = run_length ? next_packet(source) : Packet{1, false};
+        if (!packet) return;
+        for (uint32_t read = 0; read < (packet->repeated ? 1 : packet->count); ++read) {
             const uint8_t* index = source.take(index_bytes);
             if (index == nullptr) return;
             const uint8_t* entry = map.entry(index_at(index));
-            if (repeated)
-                rows.repeat(entry, count);
+            if (packet->repeated)
+                rows.repeat(entry, packet->count);
             else
                 rows.append(entry, 1);
         }

@@ -42,6 +42,11 @@ inline Word load_little(const char* bytes) {
     return word;
 }
 
+// The folded word of the eight bytes at `at`.
+inline uint64_t folded_word(const char* at) {
+    return fold_word(load_little<uint64_t>(at));
+}
+
 // The folded word of the text's last `text.size() % 8` bytes, in lanes 0 and up, the others
 // 0. Loads of a fixed size, overlapping where they must, without reading past the text: a
 // copy of a variable length would be a library call, and its bytes stored one by one and
@@ -77,15 +82,14 @@ inline uint64_t folded_hash(std::string_view text) {
     uint64_t hash = text.size() * 0x9E3779B97F4A7C15ull;
     size_t offset = 0;
     for (; offset + 8 <= text.size(); offset += 8)
-        hash = mix(hash, Detail::fold_word(Detail::load_little<uint64_t>(text.data() + offset)));
+        hash = mix(hash, Detail::folded_word(text.data() + offset));
     return offset < text.size() ? mix(hash, Detail::folded_tail(text)) : hash;
 }
 
 inline bool folded_equal(std::string_view a, std::string_view b) {
     if (a.size() != b.size()) return false;
     for (size_t offset = 0; offset + 8 <= a.size(); offset += 8) {
-        if (Detail::fold_word(Detail::load_little<uint64_t>(a.data() + offset)) !=
-            Detail::fold_word(Detail::load_little<uint64_t>(b.data() + offset)))
+        if (Detail::folded_word(a.data() + offset) != Detail::folded_word(b.data() + offset))
             return false;
     }
     return Detail::folded_tail(a) == Detail::folded_tail(b);
