@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "model/page_rect.h"
+#include "texture/TightestPacker.h"
 
 namespace {
 
@@ -29,98 +30,12 @@ std::pair<int64_t, int64_t> SortKey(int order, const PageRect& r) {
 
 // `r` with its top-left corner at (x, y) and its size kept; sums wrap as 32-bit integers.
 PageRect MovedTo(const PageRect& r, int32_t x, int32_t y) {
-    return OffsetRect(AtOrigin(r), x, y);
-}
-
-PageRect Parked(const PageRect& r, PageSize page) {
-    return OffsetRect(MovedTo(r, page.width, 0), kOutsideMargin, 0);
+    return MoveRecordTo(r, {x, y});
 }
 
 int32_t WrappedSum(int32_t value, unsigned addend) {
     return static_cast<int32_t>(static_cast<uint32_t>(value) + addend);
 }
-
-bool Overlaps(const PageRect& a, const PageRect& b) {
-    return a.left < b.right && b.left < a.right && a.top < b.bottom && b.top < a.bottom;
-}
-
-bool Contains(const PageRect& outer, const PageRect& inner) {
-    return outer.left <= inner.left && outer.top <= inner.top && inner.right <= outer.right &&
-           inner.bottom <= outer.bottom;
-}
-
-struct Corner {
-    int32_t x;
-    int32_t y;
-};
-
-// The free part of the page as its maximal free rectangles: every free rectangle of the page
-// lies inside one of them, and none of them lies inside another. The top-most, then left-most
-// free position of a record is always the top-left corner of one of them, which is what makes
-// placing cheap. All rectangles lie within the page, so their edges and sizes fit in 32 bits.
-class FreeSpace {
-public:
-    explicit FreeSpace(PageSize page) {
-        if (page.width > 0 && page.height > 0) free_.push_back({0, 0, page.width, page.height});
-    }
-
-    // The top-most, then left-most corner at which `width` by `height` (both above 0) is free.
-    std::optional<Corner> Find(int32_t width, int32_t height) const {
-        std::optional<Corner> best;
-        for (const PageRect& f : free_) {
-            if (RectWidth(f) < width || RectHeight(f) < height) continue;
-            if (!best || std::pair(f.top, f.left) < std::pair(best->y, best->x))
-                best = Corner{f.left, f.top};
-        }
-        return best;
-    }
-
-    // Takes `used`, which lies in a free rectangle, out of the free space.
-    void Occupy(const PageRect& used) {
-        std::vector<PageRect> parts;
-        size_t kept = 0;
-        for (size_t i = 0; i < free_.size(); ++i) {
-            if (Overlaps(free_[i], used))
-                AddPartsAround(free_[i], used, parts);
-            else
-                free_[kept++] = free_[i];
-        }
-        free_.resize(kept);
-        // The untouched rectangles were maximal before and stay so, since every new part is a
-        // piece of an old rectangle. Only the new parts need the test.
-        for (size_t k = 0; k < parts.size(); ++k) {
-            if (!LiesInAnother(parts, k) && !LiesInFree(parts[k])) free_.push_back(parts[k]);
-        }
-    }
-
-private:
-    // The parts of `f` to the left of, right of, above and below `used`, each as wide or as
-    // tall as `f`; together they are all of `f` that `used` leaves free.
-    static void AddPartsAround(const PageRect& f, const PageRect& used,
-                               std::vector<PageRect>& parts) {
-        if (used.left > f.left) parts.push_back({f.left, f.top, used.left, f.bottom});
-        if (used.right < f.right) parts.push_back({used.right, f.top, f.right, f.bottom});
-        if (used.top > f.top) parts.push_back({f.left, f.top, f.right, used.top});
-        if (used.bottom < f.bottom) parts.push_back({f.left, used.bottom, f.right, f.bottom});
-    }
-
-    // Whether another part holds part k. No two parts are equal: parts of two maximal
-    // rectangles on the same side of `used` differ in an edge that `used` does not cut, and
-    // parts on different sides differ in the edge that it does.
-    static bool LiesInAnother(const std::vector<PageRect>& parts, size_t k) {
-        for (size_t q = 0; q < parts.size(); ++q) {
-            if (q != k && Contains(parts[q], parts[k])) return true;
-        }
-        return false;
-    }
-
-    bool LiesInFree(const PageRect& r) const {
-        return std::any_of(free_.begin(), free_.end(),
-                           [&r](const PageRect& f) { return Contains(f, r); });
-    }
-
-    std::vector<PageRect> free_;
-};
 
 // The position of one record: the top-most, then left-most at which it lies wholly on the
 // page and overlaps nothing placed before it, else parked. That is where a scan of the rows,
@@ -130,20 +45,29 @@ private:
 PageRect Place(const PageRect& rect, PageSize page, FreeSpace& space) {
     const int32_t width = RectWidth(rect);
     const int32_t height = RectHeight(rect);
-    if (width <= 0 || height <= 0) {
-        // An empty record collides with nothing, so the first row takes it at x = 0; it is
-        // parked only when its size passes the page's, and it is never an obstacle.
-        return width > page.width || height > page.height ? Parked(rect, page)
-                                                          : MovedTo(rect, 0, 0);
-    }
+    if (width <= 0 || height <= 0) return PlaceEmptyRecord(rect, page);
     const std::optional<Corner> corner = space.Find(width, height);
-    if (!corner) return Parked(rect, page);
-    const PageRect placed = MovedTo(rect, corner->x, corner->y);
+    if (!corner) return ParkRecord(rect, page);
+    const PageRect placed = MoveRecordTo(rect, *corner);
     space.Occupy(placed);
     return placed;
 }
 
 }  // namespace
+
+PageRect MoveRecordTo(const PageRect& rect, Corner corner) {
+    return OffsetRect(AtOrigin(rect), corner.x, corner.y);
+}
+
+PageRect ParkRecord(const PageRect& rect, PageSize page) {
+    return OffsetRect(MovedTo(rect, page.width, 0), kOutsideMargin, 0);
+}
+
+PageRect PlaceEmptyRecord(const PageRect& rect, PageSize page) {
+    // It is parked only when its size passes the page's, and it is never an obstacle.
+    return RectWidth(rect) > page.width || RectHeight(rect) > page.height ? ParkRecord(rect, page)
+                                                                          : MovedTo(rect, 0, 0);
+}
 
 int CompareTileRecords(int order, const TileRecord& a, const TileRecord& b) {
     return SortKey(order, a.rect) < SortKey(order, b.rect) ? 1 : -1;
@@ -202,6 +126,12 @@ float FitRatio(const std::vector<TileRecord>& records) {
 
 Tiling TileRecords(const std::vector<TREGION>& regions, int order, unsigned spacing,
                    PageSize page) {
+    if (order == TILE_TIGHTEST) {
+        std::vector<TileRecord> records = MakeTileRecords(regions, spacing, page);
+        PlaceTightest(records, page);
+        const float ratio = FitRatio(records);
+        return {std::move(records), ratio};
+    }
     const int passes = order == TILE_BEST_FIT ? 4 : 1;
     Tiling best;
     for (int pass = 0; pass < passes; ++pass) {

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "model/qlt_types.h"
+#include "texture/FreeSpace.h"
 
 enum TileOrder : int {
     TILE_BY_AREA = 0,
@@ -18,6 +19,9 @@ enum TileOrder : int {
     TILE_BY_WIDTH_THEN_HEIGHT = 2,
     TILE_BY_CIRCUMFERENCE = 3,
     TILE_BEST_FIT = 4,
+    // Beyond the sort orders: the most regions wholly on the page, then the smallest
+    // bounding box, over several packings (TightestPacker.h).
+    TILE_TIGHTEST = 5,
 };
 
 // Parked records wait at (page width + kOutsideMargin, 0); the same margin widens a page's
@@ -44,6 +48,14 @@ void SortTileRecords(int order, std::vector<TileRecord>& records);
 // before it, else parked. Empty records (no width or no height) are never obstacles.
 void PlaceRegions(int order, std::vector<TileRecord>& records, PageSize page);
 
+// `rect` with its size kept and its top-left corner at `corner`.
+PageRect MoveRecordTo(const PageRect& rect, Corner corner);
+// `rect` waiting beside the page, at (page width + kOutsideMargin, 0).
+PageRect ParkRecord(const PageRect& rect, PageSize page);
+// Where a record of no width or no height goes in any order: it collides with nothing, so at
+// (0, 0), unless its size passes the page's and it is parked.
+PageRect PlaceEmptyRecord(const PageRect& rect, PageSize page);
+
 // The regions' records for one pass: each rectangle moved to (page width, 0) and enlarged by
 // `spacing` on its right and lower sides, in the regions' list order.
 std::vector<TileRecord> MakeTileRecords(const std::vector<TREGION>& regions, unsigned spacing,
@@ -58,6 +70,6 @@ struct Tiling {
     float fit_ratio = 0;
 };
 
-// Runs one pass for `order` 0 to 3, or four passes for TILE_BEST_FIT keeping the first with
-// the strictly smallest ratio.
+// Runs one pass for `order` 0 to 3, four passes for TILE_BEST_FIT keeping the first with
+// the strictly smallest ratio, or the tightest packing for TILE_TIGHTEST.
 Tiling TileRecords(const std::vector<TREGION>& regions, int order, unsigned spacing, PageSize page);
