@@ -61,6 +61,21 @@ void ExpectSoundPacking(const std::vector<TileRecord>& records, PageSize page) {
     }
 }
 
+PageSize RandomPage(std::mt19937& random, int32_t least, int32_t most) {
+    std::uniform_int_distribution<int32_t> side(least, most);
+    const int32_t width = side(random);
+    return {width, side(random)};
+}
+
+// Up to `most` regions, each side from `least` (0 or less: an empty region) to `largest`.
+Sizes RandomSizes(std::mt19937& random, size_t most, int32_t least, int32_t largest) {
+    Sizes sizes(std::uniform_int_distribution<size_t>(0, most)(random));
+    std::uniform_int_distribution<int32_t> side(least, largest);
+    for (auto& [width, height] : sizes)
+        width = side(random), height = side(random);
+    return sizes;
+}
+
 // A page cut again and again in two at random, as an artist's atlas is: the pieces tile it
 // exactly. Each piece less `spacing` on its right and lower sides is a region.
 Sizes CutPage(std::mt19937& random, PageSize page, int pieces, unsigned spacing) {
@@ -146,12 +161,8 @@ TEST(TightestPackerTest, ParksAndPlacesEmptyRecordsAsTheSortOrdersDo) {
 TEST(TightestPackerTest, GlobalChoicePlacesAsTheBruteForceDoes) {
     std::mt19937 random(160);
     for (int round = 0; round < 300; ++round) {
-        const PageSize page{std::uniform_int_distribution<int32_t>(1, 96)(random),
-                            std::uniform_int_distribution<int32_t>(1, 96)(random)};
-        Sizes sizes(std::uniform_int_distribution<size_t>(0, 30)(random));
-        std::uniform_int_distribution<int32_t> side(-1, 40);
-        for (auto& [width, height] : sizes)
-            width = side(random), height = side(random);
+        const PageSize page = RandomPage(random, 1, 96);
+        const Sizes sizes = RandomSizes(random, 30, -1, 40);
         const unsigned spacing = std::uniform_int_distribution<unsigned>(0, 2)(random);
         const std::vector<TREGION> regions = Regions(sizes);
         for (const FreeRectScore score : kScores) {
@@ -171,12 +182,8 @@ TEST(TightestPackerTest, GlobalChoicePlacesAsTheBruteForceDoes) {
 TEST(TightestPackerTest, NeverPlacesFewerNorBoxesLooserThanASortOrder) {
     std::mt19937 random(1616);
     for (int round = 0; round < 2000; ++round) {
-        const PageSize page{std::uniform_int_distribution<int32_t>(8, 200)(random),
-                            std::uniform_int_distribution<int32_t>(8, 200)(random)};
-        Sizes sizes(std::uniform_int_distribution<size_t>(1, 40)(random));
-        std::uniform_int_distribution<int32_t> side(1, 60);
-        for (auto& [width, height] : sizes)
-            width = side(random), height = side(random);
+        const PageSize page = RandomPage(random, 8, 200);
+        const Sizes sizes = RandomSizes(random, 40, 1, 60);
         const unsigned spacing = std::uniform_int_distribution<unsigned>(0, 3)(random);
         const std::vector<TREGION> regions = Regions(sizes);
 
@@ -204,8 +211,7 @@ TEST(TightestPackerTest, NearlyFullPagesPlaceAsManyAsTheBestGlobalChoice) {
     size_t left_by_best_fit = 0;
     size_t left_by_tightest = 0;
     for (int round = 0; round < 300; ++round) {
-        const PageSize page{std::uniform_int_distribution<int32_t>(32, 160)(random),
-                            std::uniform_int_distribution<int32_t>(32, 160)(random)};
+        const PageSize page = RandomPage(random, 32, 160);
         const unsigned spacing = std::uniform_int_distribution<unsigned>(0, 2)(random);
         Sizes sizes =
             CutPage(random, page, std::uniform_int_distribution<int>(8, 40)(random), spacing);
