@@ -117,10 +117,13 @@ void CTexturePageDoc::OnCloseDocument() {
     Document::OnCloseDocument();  // `this` is gone after the call
 }
 
-void CTexturePageDoc::CreatePage(const TextureDialogData& data, const std::string& path) {
+void CTexturePageDoc::CreatePage(PageSize size, Core::PixelFormat save_format,
+                                 const std::string& path) {
     SetPathName(path, false);
-    output_.save_format = data.SaveFormat();
-    output_.image.reset(Core::create_image(data.width, data.height, Core::PIXEL_FORMAT_8888));
+    output_.save_format = save_format;
+    output_.image.reset(Core::create_image(static_cast<uint32_t>(std::max(size.width, 0)),
+                                           static_cast<uint32_t>(std::max(size.height, 0)),
+                                           Core::PIXEL_FORMAT_8888));
     if (output_.image != nullptr) Core::save_tga(*output_.image, path.c_str(), output_.save_format);
     FinishPage(path);
 }

@@ -54,9 +54,9 @@ public:
     // save, so the page on disk always agrees with the project file.
     void OnCloseDocument() override;
 
-    // A new page of the dialog's size and format; its file is written at once so that it
-    // exists.
-    void CreatePage(const TextureDialogData& data, const std::string& path);
+    // A new page of that size, written in `save_format`; its file is written at once so that
+    // it exists.
+    void CreatePage(PageSize size, Core::PixelFormat save_format, const std::string& path);
     // The page in the .tga at `path` (or the project's unsaved copy of it); false when
     // load_tga refuses the file, and the document stays empty.
     bool OpenPage(const std::string& path);
