@@ -235,6 +235,13 @@ TEST_F(TexturePageViewTest, TilingTellsItsFitRatioAndEndsTheSelection) {
     EXPECT_EQ(page.BackBuffer()->get_pixel(0, 0), SourceColour(30, 30));
 }
 
+TEST_F(TexturePageViewTest, TheTightestOrderIsATilingCommandOfItsOwn) {
+    CTexturePageView& page = OpenView({{"a", {30, 30, 46, 46}}});
+    EXPECT_TRUE(page.OnCommand(commands::kTileTightest));
+    EXPECT_EQ(status.texts.back().rfind("Fit ratio = ", 0), 0u);
+    EXPECT_EQ(Region("a").rect.left, 0);
+}
+
 TEST_F(TexturePageViewTest, ClosingTrimsRegionsAcrossTheEdgeAndDropsThoseOutside) {
     CTexturePageView& page = OpenView({{"across", {60, 0, 70, 4}}, {"outside", {80, 0, 84, 4}}});
     ui.boxes.clear();

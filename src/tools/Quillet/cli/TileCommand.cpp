@@ -51,11 +51,11 @@ int RunTile(const std::vector<std::string>& given) {
     unsigned long order = 0;
     unsigned long spacing = 0;
     if (arguments.size() < 3 || arguments.size() > 4 ||
-        !ParseNumber(arguments[2], TILE_BEST_FIT, order) ||
+        !ParseNumber(arguments[2], TILE_TIGHTEST, order) ||
         (arguments.size() == 4 && !ParseNumber(arguments[3], 0xFFFF, spacing))) {
         std::cerr << "usage: quillet-cli tile [--allow-outside] PROJECT.qlt PAGE ORDER [SPACING]\n"
                      "ORDER: 0 area, 1 height then width, 2 width then height, "
-                     "3 circumference, 4 best fit\n";
+                     "3 circumference, 4 best fit, 5 tightest\n";
         return kExitUsage;
     }
     HeadlessEditor editor;

@@ -202,6 +202,7 @@ float FitRatio(const std::vector<TileRecord>& records) {
 
 Tiling TileRecords(const std::vector<TREGION>& regions, int order, unsigned spacing,
                    PageSize page) {
+    if (order == TILE_TIGHTEST) order = TILE_BEST_FIT;
     const int passes = order == TILE_BEST_FIT ? 4 : 1;
     Tiling best;
     for (int pass = 0; pass < passes; ++pass) {

@@ -18,6 +18,7 @@ enum TileOrder : int {
     TILE_BY_WIDTH_THEN_HEIGHT = 2,
     TILE_BY_CIRCUMFERENCE = 3,
     TILE_BEST_FIT = 4,
+    TILE_TIGHTEST = 5,
 };
 
 // Parked records wait at (page width + kOutsideMargin, 0); the same margin widens a page's

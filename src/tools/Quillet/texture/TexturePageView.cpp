@@ -376,7 +376,8 @@ bool CTexturePageView::OnCommand(int command) {
         {kTileByHeightThenWidth, TILE_BY_HEIGHT_THEN_WIDTH},
         {kTileByWidthThenHeight, TILE_BY_WIDTH_THEN_HEIGHT},
         {kTileByCircumference, TILE_BY_CIRCUMFERENCE},
-        {kTileBestFit, TILE_BEST_FIT}};
+        {kTileBestFit, TILE_BEST_FIT},
+        {kTileTightest, TILE_TIGHTEST}};
     static constexpr std::pair<int, unsigned> kSpacings[] = {
         {kSpacing0, 0}, {kSpacing1, 1}, {kSpacing2, 2}, {kSpacing3, 3}};
     for (const auto& [id, order] : kTilings) {
