@@ -225,7 +225,7 @@ TEST_F(TexturePageViewTest, TilingTellsItsFitRatioAndEndsTheSelection) {
     page.OnCommand(commands::kTileBestFit);
     ASSERT_GE(status.texts.size(), 2u);
     EXPECT_EQ(status.texts[status.texts.size() - 2], "Calculating...");
-    EXPECT_EQ(status.texts.back(), "Fit ratio = 1.00");
+    EXPECT_EQ(status.texts.back(), "Fit ratio = 1.00   Placed 2 of 2 regions, fill 12.5%");
     EXPECT_FALSE(page.IsSelected());
     EXPECT_EQ(Region("a").rect, (PageRect{0, 0, 16, 16}));
     EXPECT_EQ(Region("b").rect, (PageRect{18, 0, 34, 16}));

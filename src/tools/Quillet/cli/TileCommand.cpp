@@ -1,11 +1,11 @@
 #include "TileCommand.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <iostream>
 
 #include "HeadlessEditor.h"
 #include "QltCommands.h"
+#include "TileOutput.h"
 #include "model/SaveGuard.h"
 #include "model/qlt_paths.h"
 #include "texture/TexturePageDoc.h"
@@ -41,19 +41,27 @@ bool AllFit(CTexturePageDoc& page, const std::string& page_name) {
     return false;
 }
 
+// Takes `option` out of `arguments`, wherever it stands; whether it was there.
+bool TakeOption(std::vector<std::string>& arguments, const std::string& option) {
+    const auto found = std::find(arguments.begin(), arguments.end(), option);
+    if (found == arguments.end()) return false;
+    arguments.erase(found);
+    return true;
+}
+
 }  // namespace
 
 int RunTile(const std::vector<std::string>& given) {
     std::vector<std::string> arguments = given;
-    const auto option = std::find(arguments.begin(), arguments.end(), "--allow-outside");
-    const bool allow_outside = option != arguments.end();
-    if (allow_outside) arguments.erase(option);
+    const bool allow_outside = TakeOption(arguments, "--allow-outside");
+    const bool json = TakeOption(arguments, "--json");
     unsigned long order = 0;
     unsigned long spacing = 0;
     if (arguments.size() < 3 || arguments.size() > 4 ||
         !ParseNumber(arguments[2], TILE_TIGHTEST, order) ||
         (arguments.size() == 4 && !ParseNumber(arguments[3], 0xFFFF, spacing))) {
-        std::cerr << "usage: quillet-cli tile [--allow-outside] PROJECT.qlt PAGE ORDER [SPACING]\n"
+        std::cerr << "usage: quillet-cli tile [--allow-outside] [--json] PROJECT.qlt PAGE ORDER "
+                     "[SPACING]\n"
                      "ORDER: 0 area, 1 height then width, 2 width then height, "
                      "3 circumference, 4 best fit, 5 tightest\n";
         return kExitUsage;
@@ -70,8 +78,8 @@ int RunTile(const std::vector<std::string>& given) {
     CTexturePageDoc* page = project->OpenTexture(path);
     if (page == nullptr) return kExitUnreadable;
     page->CutRegions();
-    const float ratio = page->TileRegions(static_cast<int>(order), static_cast<unsigned>(spacing));
-    std::printf("Fit ratio = %.2f\n", static_cast<double>(ratio));
+    const TilingReport report = page->Tile(static_cast<int>(order), static_cast<unsigned>(spacing));
+    std::cout << (json ? TileJson(report) : TileText(report)) << std::flush;
     if (!allow_outside && !AllFit(*page, arguments[1])) return kExitFailure;
     return project->DoFileSave() ? kExitOk : kExitWrite;
 }

@@ -27,7 +27,7 @@ const std::vector<Command>& Commands() {
         {"qlt", "roundtrip", "qlt roundtrip IN OUT", RunQltRoundtrip},
         {"tga", "info", "tga info FILE", RunTgaInfo},
         {"tga", "convert", "tga convert IN OUT FORMAT", RunTgaConvert},
-        {"tile", "", "tile [--allow-outside] PROJECT.qlt PAGE ORDER [SPACING]", RunTile},
+        {"tile", "", "tile [--allow-outside] [--json] PROJECT.qlt PAGE ORDER [SPACING]", RunTile},
         {"render", "", "render PROJECT.qlt LAYOUT OUT.tga", RunRender},
         {"demo", "", "demo DIR", RunDemo},
         {"pack", "create", "pack create OUT.pack DIR", RunPackCreate},

@@ -1,6 +1,7 @@
 #include "TexturePageDoc.h"
 
 #include <algorithm>
+#include <chrono>
 
 #include "core_convert.h"
 #include "core_io.h"
@@ -301,17 +302,24 @@ void CTexturePageDoc::SelectUnusedColour() {
     if (chosen) SetUnusedColour({chosen->blue, chosen->green, chosen->red, 0xFF});
 }
 
-float CTexturePageDoc::TileRegions(int order, unsigned spacing) {
+TilingReport CTexturePageDoc::Tile(int order, unsigned spacing) {
+    const auto start = std::chrono::steady_clock::now();
     const Tiling tiling = TileRecords(Page().regions, order, spacing, page_size_);
-    CQuilletDoc* project = GetProjectDoc();
-    if (project == nullptr) return tiling.fit_ratio;
-    // One undo step for the whole command, not one per region.
-    ++project->checkpoint_lock;
-    for (const TileRecord& record : tiling.records)
-        SetRegionPosition(record.name, record.rect.left, record.rect.top);
-    --project->checkpoint_lock;
-    if (!tiling.records.empty()) project->TakeSnapshot();
-    return tiling.fit_ratio;
+    if (CQuilletDoc* project = GetProjectDoc()) {
+        // One undo step for the whole command, not one per region.
+        ++project->checkpoint_lock;
+        for (const TileRecord& record : tiling.records)
+            SetRegionPosition(record.name, record.rect.left, record.rect.top);
+        --project->checkpoint_lock;
+        if (!tiling.records.empty()) project->TakeSnapshot();
+    }
+    const std::chrono::duration<double, std::milli> took = std::chrono::steady_clock::now() - start;
+    TilingReport report = MeasurePlacement(Page().regions, page_size_);
+    report.order = order;
+    report.spacing = spacing;
+    report.fit_ratio = tiling.fit_ratio;
+    report.milliseconds = took.count();
+    return report;
 }
 
 bool CTexturePageDoc::CutRegions() {

@@ -14,6 +14,7 @@
 
 #include "RegionTiler.h"
 #include "TextureDialogData.h"
+#include "TilingReport.h"
 #include "framework/Document.h"
 #include "model/PageOutput.h"
 #include "model/qlt_types.h"
@@ -104,8 +105,10 @@ public:
     // Asks for the unused colour.
     void SelectUnusedColour();
     // Tiles the regions by `order` (TileOrder) with `spacing` pixels right of and below each,
-    // and answers the fit ratio of the packing kept.
-    float TileRegions(int order, unsigned spacing);
+    // and tells what came of it.
+    TilingReport Tile(int order, unsigned spacing);
+    // The same, answering the fit ratio of the packing kept.
+    float TileRegions(int order, unsigned spacing) { return Tile(order, spacing).fit_ratio; }
 
     // Cuts every region without a picture out of the page; when any was cut, the unused colour
     // becomes that of the last pixel that no region covers. Answers whether any was cut.

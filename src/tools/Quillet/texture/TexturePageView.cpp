@@ -1,7 +1,6 @@
 #include "TexturePageView.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <filesystem>
 #include <optional>
 
@@ -419,20 +418,19 @@ bool CTexturePageView::OnCommand(int command) {
     }
 }
 
-void CTexturePageView::Tile(int order) {
+TilingReport CTexturePageView::Tile(int order) {
     CTexturePageDoc* document = GetDocument();
-    if (document == nullptr) return;
+    if (document == nullptr) return {};
     SetStatus(0, "Calculating...");
-    float ratio = 0;
+    TilingReport report;
     {
         framework::WaitCursor wait(framework::AppUI());
-        ratio = document->TileRegions(order, spacing_);
+        report = document->Tile(order, spacing_);
     }
-    char text[64];
-    std::snprintf(text, sizeof text, "Fit ratio = %.2f", static_cast<double>(ratio));
-    SetStatus(0, text);
+    SetStatus(0, (FitRatioLine(report.fit_ratio) + "   " + PlacementLine(report)).c_str());
     selected_ = false;
     canvas_.InvalidateAll();
+    return report;
 }
 
 void CTexturePageView::OnImport() {

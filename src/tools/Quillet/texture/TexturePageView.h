@@ -79,8 +79,9 @@ public:
     void OnCloseWindow() override;
 
     void OnImport();
-    // Tiles by `order` with the view's spacing; shows the fit ratio.
-    void Tile(int order);
+    // Tiles by `order` with the view's spacing; shows the fit ratio and how many regions
+    // found room.
+    TilingReport Tile(int order);
     void OnCopyOutsideToNew();
     void OnCopyOutsideToExisting();
     void OnResizePage();
