@@ -1,5 +1,7 @@
 #include "TileOutput.h"
 
+#include <filesystem>
+
 #include "JsonWriter.h"
 
 namespace {
@@ -20,16 +22,34 @@ void WriteReport(JsonWriter& json, const TilingReport& report) {
     json.Key("milliseconds").Decimal(report.milliseconds, 1);
 }
 
-}  // namespace
-
-std::string TileText(const TilingReport& report) {
+std::string ReportText(const TilingReport& report) {
     return FitRatioLine(report.fit_ratio) + "\n" + PlacementLine(report) + "\n";
 }
 
-std::string TileJson(const TilingReport& report) {
+}  // namespace
+
+std::string TileText(const TileOutcome& outcome) {
+    std::string text = ReportText(outcome.report);
+    for (const OverflowPage& page : outcome.overflow)
+        text += MovedLine(page) + "\n" + ReportText(page.report);
+    return text;
+}
+
+std::string TileJson(const TileOutcome& outcome) {
     JsonWriter json;
     json.BeginObject();
-    WriteReport(json, report);
+    WriteReport(json, outcome.report);
+    if (outcome.overflow_asked) {
+        json.Key("overflow").BeginArray();
+        for (const OverflowPage& page : outcome.overflow) {
+            json.BeginObject();
+            json.Key("path").String(std::filesystem::path(page.path).filename().string());
+            json.Key("moved").Number(page.moved);
+            WriteReport(json, page.report);
+            json.EndObject();
+        }
+        json.EndArray();
+    }
     json.EndObject();
     return json.Text() + "\n";
 }
