@@ -252,9 +252,11 @@ TEST(TileOverflowTest, WhatWouldOverwriteOrNeverEndIsRefusedBeforeAnythingIsWrit
     EXPECT_EQ(run.error, dir.File("page.tga") + " is already a texture page of the project\n");
     EXPECT_TRUE(unchanged_now());
 
-    run = RunCli("tile " + project + " page.tga 4 --overflow sub/more.tga");
-    EXPECT_EQ(run.exit, 2);
-    EXPECT_EQ(run.error.rfind("usage: quillet-cli tile", 0), 0u);
+    for (const char* name : {"sub/more.tga", "'sub\\more.tga'", ".."}) {
+        run = RunCli("tile " + project + " page.tga 4 --overflow " + name);
+        EXPECT_EQ(run.exit, 2) << name;
+        EXPECT_EQ(run.error.rfind("usage: quillet-cli tile", 0), 0u);
+    }
     EXPECT_TRUE(unchanged_now());
 
     // A save that fails takes the files of the pages it made with it.

@@ -39,9 +39,11 @@ bool ParseNumber(const std::string& text, unsigned long maximum, unsigned long& 
     return value <= maximum;
 }
 
-// A name of a file in the project's folder, with no folder of its own.
+// A name of a file in the project's folder, with no folder of its own: a project file's
+// paths take a backslash for a separator too.
 bool IsPlainFileName(const std::string& name) {
-    return !name.empty() && name != "." && name != ".." && name.find('/') == std::string::npos;
+    return !name.empty() && name != "." && name != ".." &&
+           name.find_first_of("/\\") == std::string::npos;
 }
 
 // The options wherever they stand, then the words in their places; false on a usage error.
