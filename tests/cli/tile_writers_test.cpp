@@ -9,11 +9,9 @@
 #include <map>
 #include <sstream>
 
+#include "PageFile.h"
 #include "TempDir.h"
 #include "core_file_lock.h"
-#include "core_images.h"
-#include "core_memory_buffer.h"
-#include "core_tga.h"
 
 namespace {
 
@@ -31,16 +29,6 @@ const std::vector<Region> kRegions = {
     {"banner", 0, 0, 20, 12}, {"column", 20, 0, 30, 18}, {"tile", 30, 0, 46, 16},
     {"dot", 46, 0, 54, 8},    {"strip", 0, 20, 24, 26},  {"pillar", 24, 20, 30, 40},
 };
-
-using Picture = std::unique_ptr<Core::Image, decltype(&Core::destroy_image)>;
-
-Picture LoadPage(const std::string& path) {
-    const std::string bytes = ReadFile(path);
-    Core::TgaReader reader;
-    reader.buffer.attach(
-        std::make_shared<Core::MemoryBufferImpl>(std::vector<uint8_t>(bytes.begin(), bytes.end())));
-    return {Core::load_tga(reader, Core::PIXEL_FORMAT_8888), Core::destroy_image};
-}
 
 // A project of one page whose every pixel tells where it was.
 std::string WriteProject(const TempDir& dir) {

@@ -4,7 +4,9 @@
 #include <QAction>
 #include <QMenu>
 #include <QTest>
+#include <QToolBar>
 #include <QTreeWidget>
+#include <algorithm>
 
 #include "GuiFixture.h"
 #include "core_images.h"
@@ -119,6 +121,24 @@ private slots:
         QTRY_COMPARE(window->Page().viewport()->grab().toImage().pixel(9, 1),
                      Shown(Pixel(1, 1, 0x30)));
         QVERIFY(gui_.ui->boxes.empty());
+    }
+
+    void tightestFollowsBestFitWithAPictureOfItsOwn() {
+        QVERIFY(gui_.app->InitInstance({}, gui_.window.get()));
+        TexturePageWindow window;
+        const auto* tool_bar = window.findChild<QToolBar*>(QString(), Qt::FindDirectChildrenOnly);
+        QVERIFY(tool_bar != nullptr);
+        const QList<QAction*> actions = tool_bar->actions();
+        const auto best_fit = std::find_if(actions.begin(), actions.end(), [](QAction* action) {
+            return action->data().toInt() == commands::kTileBestFit;
+        });
+        QVERIFY(best_fit != actions.end() && best_fit + 1 != actions.end());
+        const QAction* tightest = *(best_fit + 1);
+        QCOMPARE(tightest->data().toInt(), commands::kTileTightest);
+        QCOMPARE(tightest->toolTip(),
+                 QStringLiteral("Tile Region tightest (most regions, smallest box)"));
+        QVERIFY(!tightest->icon().isNull());
+        QVERIFY2(gui_.window->Action(commands::kTileTightest) != nullptr, "in the T-Page menu");
     }
 
 private:

@@ -15,6 +15,14 @@ struct RegionSpec {
     PageRect rect;
 };
 
+// Regions of these names and rectangles, without pictures.
+inline std::vector<TREGION> RegionsOf(const std::vector<RegionSpec>& specs) {
+    std::vector<TREGION> regions;
+    for (const RegionSpec& spec : specs)
+        regions.emplace_back(spec.name, spec.rect, nullptr);
+    return regions;
+}
+
 // The colour of page pixel (x, y) in a page that `TexturePageFixture::WritePage` made.
 inline Core::Colour SourceColour(int32_t x, int32_t y, uint8_t tag = 0x40) {
     return {static_cast<uint8_t>(x), static_cast<uint8_t>(y), tag, 0xFF};

@@ -3,11 +3,14 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <filesystem>
 
 #include "TexturePageFixture.h"
 #include "forms/ImportRegionForm.h"
 #include "forms/PageChooserForm.h"
 #include "forms/TextureForm.h"
+#include "model/SaveGuard.h"
+#include "model/page_rect.h"
 #include "shell/CommandIds.h"
 #include "texture/TexturePageView.h"
 
@@ -225,7 +228,7 @@ TEST_F(TexturePageViewTest, TilingTellsItsFitRatioAndEndsTheSelection) {
     page.OnCommand(commands::kTileBestFit);
     ASSERT_GE(status.texts.size(), 2u);
     EXPECT_EQ(status.texts[status.texts.size() - 2], "Calculating...");
-    EXPECT_EQ(status.texts.back(), "Fit ratio = 1.00");
+    EXPECT_EQ(status.texts.back(), "Fit ratio = 1.00   Placed 2 of 2 regions, fill 12.5%");
     EXPECT_FALSE(page.IsSelected());
     EXPECT_EQ(Region("a").rect, (PageRect{0, 0, 16, 16}));
     EXPECT_EQ(Region("b").rect, (PageRect{18, 0, 34, 16}));
@@ -233,6 +236,88 @@ TEST_F(TexturePageViewTest, TilingTellsItsFitRatioAndEndsTheSelection) {
     page.RebuildIfNeeded();
     EXPECT_EQ(page.BackBuffer()->get_pixel(18, 0), SourceColour(0, 0));
     EXPECT_EQ(page.BackBuffer()->get_pixel(0, 0), SourceColour(30, 30));
+}
+
+TEST_F(TexturePageViewTest, TheTightestOrderIsATilingCommandOfItsOwn) {
+    CTexturePageView& page = OpenView({{"a", {30, 30, 46, 46}}});
+    EXPECT_TRUE(page.OnCommand(commands::kTileTightest));
+    EXPECT_EQ(status.texts.back().rfind("Fit ratio = ", 0), 0u);
+    EXPECT_TRUE(LiesOnPage(Region("a").rect, {64, 64}));
+}
+
+// Three regions of which a 64 by 64 page holds one; "c" is shown by an object.
+class OverflowOfferTest : public TexturePageViewTest {
+protected:
+    void SetUp() override {
+        page_path = WritePage("page.tga", 64, 64);
+        Start();
+        app.SetStatusPane(&status);
+        std::string text = ProjectText(
+            {{"page.tga",
+              {{"a", {0, 0, 40, 40}}, {"b", {0, 0, 40, 40}}, {"c", {20, 20, 60, 60}}}}});
+        text.insert(text.find("<layout>"),
+                    "<UI object>shows_c\n<type>art</type>\n<UI region>art\n<page>page.tga</page>\n"
+                    "<region>c</region>\n</UI region>\n</UI object>\n");
+        project = Open("project.qlt", text);
+        ASSERT_NE(project, nullptr);
+        document = OpenPage(*project);
+        view = std::make_unique<CTexturePageView>(canvas);
+        document->AddView(*view);
+        view->OnUpdate(nullptr, 0, nullptr);
+        view->RebuildIfNeeded();
+        ui.boxes.clear();
+    }
+
+    std::vector<std::string> ParkedOnThePage() {
+        return RegionsOutside(project->FindTexture(page_path), {64, 64});
+    }
+};
+
+TEST_F(OverflowOfferTest, YesMovesWhatDoesNotFitToNewPages) {
+    ui.answers = {framework::Answer::Yes};
+    ui.file_names = {dir.File("more.tga")};
+    const size_t snapshots = project->undo_list.size();
+    view->OnCommand(commands::kTileByArea);
+
+    ASSERT_EQ(ui.boxes.size(), 1u);
+    EXPECT_EQ(ui.boxes[0].text, "2 regions do not fit. Move them to a new page?");
+    EXPECT_EQ(ui.boxes[0].caption, "page.tga");
+    EXPECT_EQ(ui.boxes[0].icon, framework::MessageIcon::Question);
+    EXPECT_EQ(ui.boxes[0].buttons, framework::MessageButtons::YesNo);
+    ASSERT_EQ(ui.file_requests.size(), 1u);
+    EXPECT_EQ(ui.file_requests[0].filter, "TGA Files (*.tga)");
+    EXPECT_EQ(ui.file_requests[0].default_extension, ".tga");
+    EXPECT_EQ(ui.file_requests[0].initial_path, dir.File("page-2.tga"));
+
+    EXPECT_TRUE(ParkedOnThePage().empty());
+    EXPECT_EQ(project->RegionOfTexture(dir.File("more.tga"), "b").rect, (PageRect{0, 0, 40, 40}));
+    EXPECT_EQ(project->RegionOfTexture(dir.File("more-2.tga"), "c").rect, (PageRect{0, 0, 40, 40}));
+    EXPECT_EQ(project->FindObject("shows_c").Regions()->front().page, dir.File("more-2.tga"));
+    EXPECT_NE(project->OpenTexture(dir.File("more-2.tga")), nullptr);
+    EXPECT_EQ(status.texts.back(), "Moved 2 regions to more.tga   Moved 1 region to more-2.tga");
+    EXPECT_EQ(project->undo_list.size(), snapshots + 2) << "the tiling, then the move";
+}
+
+TEST_F(OverflowOfferTest, NoOrATakenNameChangesNothingMore) {
+    ui.answers = {framework::Answer::No};
+    view->OnCommand(commands::kTileByArea);
+    EXPECT_EQ(ui.boxes.size(), 1u);
+    EXPECT_TRUE(ui.file_requests.empty());
+    EXPECT_EQ(ParkedOnThePage(), (std::vector<std::string>{"b", "c"}));
+
+    // Yes, but the second new page would overwrite a file of the person's.
+    const std::string taken = dir.Write("more-2.tga", "mine");
+    ui.answers = {framework::Answer::Yes};
+    ui.file_names = {dir.File("more.tga")};
+    view->OnCommand(commands::kTileByArea);
+    ASSERT_EQ(ui.boxes.size(), 3u);
+    EXPECT_EQ(ui.boxes[2].text, taken + " already exists: choose another name for the new page");
+    EXPECT_EQ(ui.boxes[2].caption, "Error");
+    EXPECT_EQ(ui.file_requests.back().initial_path, dir.File("page-2.tga"));
+    EXPECT_EQ(ParkedOnThePage(), (std::vector<std::string>{"b", "c"}));
+    EXPECT_EQ(project->records().texture_pages.size(), 1u);
+    EXPECT_FALSE(std::filesystem::exists(dir.File("more.tga")));
+    EXPECT_EQ(ReadFile(taken), "mine");
 }
 
 TEST_F(TexturePageViewTest, ClosingTrimsRegionsAcrossTheEdgeAndDropsThoseOutside) {

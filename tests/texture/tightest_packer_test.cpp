@@ -24,19 +24,16 @@ std::vector<TREGION> Regions(const Sizes& sizes) {
     return regions;
 }
 
-bool OnPage(const PageRect& r, PageSize page) {
-    return r.left >= 0 && r.top >= 0 && r.right <= page.width && r.bottom <= page.height;
-}
-
 size_t PlacedCount(const std::vector<TileRecord>& records, PageSize page) {
-    return static_cast<size_t>(std::count_if(
-        records.begin(), records.end(), [page](const auto& r) { return OnPage(r.rect, page); }));
+    return static_cast<size_t>(std::count_if(records.begin(), records.end(), [page](const auto& r) {
+        return LiesOnPage(r.rect, page);
+    }));
 }
 
 int64_t BoxPixels(const std::vector<TileRecord>& records, PageSize page) {
     PageRect box{0, 0, 0, 0};
     for (const TileRecord& record : records) {
-        if (OnPage(record.rect, page)) box = UnionRect(box, record.rect);
+        if (LiesOnPage(record.rect, page)) box = UnionRect(box, record.rect);
     }
     return int64_t{RectWidth(box)} * RectHeight(box);
 }
@@ -47,13 +44,13 @@ void ExpectSoundPacking(const std::vector<TileRecord>& records, PageSize page) {
     for (size_t i = 0; i < records.size(); ++i) {
         const PageRect& r = records[i].rect;
         if (RectWidth(r) <= 0 || RectHeight(r) <= 0) continue;
-        if (!OnPage(r, page)) {
+        if (!LiesOnPage(r, page)) {
             EXPECT_EQ(r.left, page.width + kOutsideMargin) << records[i].name;
             continue;
         }
         for (size_t j = 0; j < i; ++j) {
             const PageRect& other = records[j].rect;
-            if (OnPage(other, page) && RectWidth(other) > 0 && RectHeight(other) > 0) {
+            if (LiesOnPage(other, page) && RectWidth(other) > 0 && RectHeight(other) > 0) {
                 EXPECT_TRUE(IsRectEmpty(IntersectRect(r, other)))
                     << records[i].name << " overlaps " << records[j].name;
             }

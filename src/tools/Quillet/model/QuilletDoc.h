@@ -11,6 +11,7 @@
 #include <string>
 
 #include "SnapshotUndo.h"
+#include "core_pixels.h"
 #include "framework/Document.h"
 #include "project_records.h"
 
@@ -77,6 +78,8 @@ public:
     // Adds a new page of the dialog's size and format, writes its file and opens it; a page
     // the project has already is opened instead.
     CTexturePageDoc* CreateNewTexture(const std::string& path, const TextureDialogData& data);
+    CTexturePageDoc* CreateNewTexture(const std::string& path, PageSize size,
+                                      Core::PixelFormat save_format);
     // A page whose window closed with changes: written at the next save, or taken back when
     // the page opens again.
     void KeepPageOutput(PageOutput&& output);
@@ -150,6 +153,9 @@ public:
 
     // Reference tests: who uses what, by name, case-sensitively.
     bool ObjectUsesRegion(const UI_OBJECT& object, const std::string& region) const;
+    // The slots that show region `name` of page `from` show it on page `to` instead, as the
+    // region moved there. Asks nothing and removes nothing.
+    void RepointRegion(const std::string& name, const std::string& from, const std::string& to);
     bool RegionInUse(const std::string& region) const;
     bool ObjectUsesTextureFolder(const UI_OBJECT& object, const std::string& folder) const;
     bool ObjectUsesFmvFolder(const UI_OBJECT& object, const std::string& folder) const;

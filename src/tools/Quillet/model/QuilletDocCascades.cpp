@@ -11,15 +11,16 @@
 
 namespace {
 
-// Every region of an object and of its parts, depth first.
-template <typename Visit>
-bool AnyRegion(const UI_OBJECT& object, Visit visit) {
-    if (const std::vector<UI_REGION>* regions = object.Regions()) {
+// Every region of an object and of its parts, depth first, until `visit` answers true. A
+// const object gives its regions as const.
+template <typename Object, typename Visit>
+bool AnyRegion(Object& object, Visit visit) {
+    if (auto* regions = object.Regions()) {
         if (std::any_of(regions->begin(), regions->end(), visit)) return true;
     }
-    if (const auto* parts = object.SubObjects()) {
+    if (auto* parts = object.SubObjects()) {
         for (const auto& part : *parts) {
-            if (part != nullptr && AnyRegion(*part, visit)) return true;
+            if (part != nullptr && AnyRegion(static_cast<Object&>(*part), visit)) return true;
         }
     }
     return false;
@@ -46,6 +47,23 @@ bool CQuilletDoc::Confirm(const std::string& first, const std::string& name,
 
 bool CQuilletDoc::ObjectUsesRegion(const UI_OBJECT& object, const std::string& region) const {
     return AnyRegion(object, [&region](const UI_REGION& each) { return each.region == region; });
+}
+
+void CQuilletDoc::RepointRegion(const std::string& name, const std::string& from,
+                                const std::string& to) {
+    bool repointed = false;
+    for (const auto& object : records_.ui_objects) {
+        AnyRegion(*object, [&](UI_REGION& slot) {
+            if (slot.page != from || slot.region != name) return false;
+            slot.page = to;
+            repointed = true;
+            return false;
+        });
+    }
+    if (!repointed) return;
+    for (framework::Document* window : OpenDocumentsOf(kLayoutPageTemplate))
+        window->UpdateAllViews(nullptr);
+    ChangeMade();
 }
 
 bool CQuilletDoc::RegionInUse(const std::string& region) const {

@@ -8,6 +8,7 @@
 #include "SaveGuard.h"
 #include "framework/Application.h"
 #include "framework/UserInterface.h"
+#include "page_rect.h"
 #include "texture/TexturePageDoc.h"
 
 namespace {
@@ -74,9 +75,7 @@ std::string BusyMessage(const std::string& project) {
 std::vector<std::string> RegionsOutside(const TPAGE& page, PageSize size) {
     std::vector<std::string> names;
     for (const TREGION& region : page.regions) {
-        const PageRect& rect = region.rect;
-        if (rect.left < 0 || rect.top < 0 || rect.right > size.width || rect.bottom > size.height)
-            names.push_back(region.name);
+        if (!LiesOnPage(region.rect, size)) names.push_back(region.name);
     }
     return names;
 }

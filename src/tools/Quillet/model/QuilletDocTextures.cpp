@@ -38,6 +38,11 @@ bool CQuilletDoc::AddExistingTexture(const std::string& path) {
 
 CTexturePageDoc* CQuilletDoc::CreateNewTexture(const std::string& path,
                                                const TextureDialogData& data) {
+    return CreateNewTexture(path, {data.width, data.height}, data.SaveFormat());
+}
+
+CTexturePageDoc* CQuilletDoc::CreateNewTexture(const std::string& path, PageSize size,
+                                               Core::PixelFormat save_format) {
     if (TextureExists(path)) return OpenTexture(path);
     TPAGE record;
     record.path = path;
@@ -46,7 +51,7 @@ CTexturePageDoc* CQuilletDoc::CreateNewTexture(const std::string& path,
                      ? nullptr
                      : dynamic_cast<CTexturePageDoc*>(
                            App().Templates()[kTexturePageTemplate]->OpenDocumentFile(path));
-    if (page != nullptr) page->CreatePage(data, path);
+    if (page != nullptr) page->CreatePage(size, save_format, path);
     ChangeMade();
     return page;
 }

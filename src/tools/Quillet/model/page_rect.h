@@ -28,6 +28,10 @@ PageRect UnionRect(const PageRect& a, const PageRect& b);
 PageRect IntersectRect(const PageRect& a, const PageRect& b);
 PageRect OffsetRect(const PageRect& r, int32_t dx, int32_t dy);
 bool PtInRect(const PageRect& r, int32_t x, int32_t y);
+// Whether `r` lies wholly on a page of `size`: no edge off it, a negative left or top included.
+inline bool LiesOnPage(const PageRect& r, PageSize size) {
+    return r.left >= 0 && r.top >= 0 && r.right <= size.width && r.bottom <= size.height;
+}
 // `r` moved so that its top-left corner lies at 0, 0.
 inline PageRect AtOrigin(const PageRect& r) {
     return OffsetRect(r, WrappedDifference(0, r.left), WrappedDifference(0, r.top));

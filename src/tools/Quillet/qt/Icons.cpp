@@ -52,6 +52,7 @@ constexpr Drawing kDrawings[] = {
     {kSpacing2, "spacing-2"},
     {kSpacing3, "spacing-3"},
     {kTileBestFit, "tile-best-fit"},
+    {kTileTightest, "tile-tightest"},
     {kTileByArea, "tile-by-area"},
     {kTileByHeightThenWidth, "tile-height-width"},
     {kTileByWidthThenHeight, "tile-width-height"},

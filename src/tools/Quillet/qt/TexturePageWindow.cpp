@@ -126,6 +126,7 @@ const CommandButton kButtons[] = {
     {kSpacing3, "Set spacing on tiling regions to 3 pixels", nullptr},
     {0, nullptr, nullptr},
     {kTileBestFit, "Tile Region with best fit ratio", nullptr},
+    {kTileTightest, "Tile Region tightest (most regions, smallest box)", nullptr},
     {kTileByArea, "Tile Region by area", nullptr},
     {kTileByHeightThenWidth, "Tile Region by height then width", nullptr},
     {kTileByWidthThenHeight, "Tile Region by width then height", nullptr},

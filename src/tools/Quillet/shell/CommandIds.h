@@ -35,6 +35,7 @@ constexpr int kTileByArea = 32805;
 constexpr int kTileByWidthThenHeight = 32806;
 constexpr int kTileByCircumference = 32807;
 constexpr int kTileBestFit = 32808;
+constexpr int kTileTightest = 32809;
 constexpr int kSpacing1 = 32811;
 constexpr int kSpacing2 = 32812;
 constexpr int kSpacing3 = 32813;

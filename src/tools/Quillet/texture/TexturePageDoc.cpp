@@ -1,6 +1,7 @@
 #include "TexturePageDoc.h"
 
 #include <algorithm>
+#include <chrono>
 
 #include "core_convert.h"
 #include "core_io.h"
@@ -117,10 +118,13 @@ void CTexturePageDoc::OnCloseDocument() {
     Document::OnCloseDocument();  // `this` is gone after the call
 }
 
-void CTexturePageDoc::CreatePage(const TextureDialogData& data, const std::string& path) {
+void CTexturePageDoc::CreatePage(PageSize size, Core::PixelFormat save_format,
+                                 const std::string& path) {
     SetPathName(path, false);
-    output_.save_format = data.SaveFormat();
-    output_.image.reset(Core::create_image(data.width, data.height, Core::PIXEL_FORMAT_8888));
+    output_.save_format = save_format;
+    output_.image.reset(Core::create_image(static_cast<uint32_t>(std::max(size.width, 0)),
+                                           static_cast<uint32_t>(std::max(size.height, 0)),
+                                           Core::PIXEL_FORMAT_8888));
     if (output_.image != nullptr) Core::save_tga(*output_.image, path.c_str(), output_.save_format);
     FinishPage(path);
 }
@@ -298,17 +302,24 @@ void CTexturePageDoc::SelectUnusedColour() {
     if (chosen) SetUnusedColour({chosen->blue, chosen->green, chosen->red, 0xFF});
 }
 
-float CTexturePageDoc::TileRegions(int order, unsigned spacing) {
+TilingReport CTexturePageDoc::Tile(int order, unsigned spacing) {
+    const auto start = std::chrono::steady_clock::now();
     const Tiling tiling = TileRecords(Page().regions, order, spacing, page_size_);
-    CQuilletDoc* project = GetProjectDoc();
-    if (project == nullptr) return tiling.fit_ratio;
-    // One undo step for the whole command, not one per region.
-    ++project->checkpoint_lock;
-    for (const TileRecord& record : tiling.records)
-        SetRegionPosition(record.name, record.rect.left, record.rect.top);
-    --project->checkpoint_lock;
-    if (!tiling.records.empty()) project->TakeSnapshot();
-    return tiling.fit_ratio;
+    if (CQuilletDoc* project = GetProjectDoc()) {
+        // One undo step for the whole command, not one per region.
+        ++project->checkpoint_lock;
+        for (const TileRecord& record : tiling.records)
+            SetRegionPosition(record.name, record.rect.left, record.rect.top);
+        --project->checkpoint_lock;
+        if (!tiling.records.empty()) project->TakeSnapshot();
+    }
+    const std::chrono::duration<double, std::milli> took = std::chrono::steady_clock::now() - start;
+    TilingReport report = MeasurePlacement(Page().regions, page_size_);
+    report.order = order;
+    report.spacing = spacing;
+    report.fit_ratio = tiling.fit_ratio;
+    report.milliseconds = took.count();
+    return report;
 }
 
 bool CTexturePageDoc::CutRegions() {

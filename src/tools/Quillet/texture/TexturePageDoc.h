@@ -14,6 +14,7 @@
 
 #include "RegionTiler.h"
 #include "TextureDialogData.h"
+#include "TilingReport.h"
 #include "framework/Document.h"
 #include "model/PageOutput.h"
 #include "model/qlt_types.h"
@@ -54,9 +55,9 @@ public:
     // save, so the page on disk always agrees with the project file.
     void OnCloseDocument() override;
 
-    // A new page of the dialog's size and format; its file is written at once so that it
-    // exists.
-    void CreatePage(const TextureDialogData& data, const std::string& path);
+    // A new page of that size, written in `save_format`; its file is written at once so that
+    // it exists.
+    void CreatePage(PageSize size, Core::PixelFormat save_format, const std::string& path);
     // The page in the .tga at `path` (or the project's unsaved copy of it); false when
     // load_tga refuses the file, and the document stays empty.
     bool OpenPage(const std::string& path);
@@ -104,8 +105,10 @@ public:
     // Asks for the unused colour.
     void SelectUnusedColour();
     // Tiles the regions by `order` (TileOrder) with `spacing` pixels right of and below each,
-    // and answers the fit ratio of the packing kept.
-    float TileRegions(int order, unsigned spacing);
+    // and tells what came of it.
+    TilingReport Tile(int order, unsigned spacing);
+    // The same, answering the fit ratio of the packing kept.
+    float TileRegions(int order, unsigned spacing) { return Tile(order, spacing).fit_ratio; }
 
     // Cuts every region without a picture out of the page; when any was cut, the unused colour
     // becomes that of the last pixel that no region covers. Answers whether any was cut.

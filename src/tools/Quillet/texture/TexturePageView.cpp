@@ -1,7 +1,6 @@
 #include "TexturePageView.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <filesystem>
 #include <optional>
 
@@ -16,6 +15,7 @@
 #include "model/page_rect.h"
 #include "model/report.h"
 #include "shell/CommandIds.h"
+#include "texture/OverflowPages.h"
 
 namespace {
 
@@ -70,6 +70,29 @@ std::optional<CursorShape> EdgeCursor(const PageRect& rect, Point p) {
     if (top || bottom) return CursorShape::SizeNS;
     if (right || left) return CursorShape::SizeWE;
     return std::nullopt;
+}
+
+std::string OverflowQuestion(size_t count) {
+    if (count == 1) return "1 region does not fit. Move it to a new page?";
+    return std::to_string(count) + " regions do not fit. Move them to a new page?";
+}
+
+// The paths of `count` new pages after the first one the person names, a free one beside
+// `page` proposed; nothing when they cancel or a name is taken (told in a box).
+std::optional<std::vector<std::string>> AskOverflowPaths(const CQuilletDoc& project,
+                                                         const std::string& page, size_t count) {
+    framework::UserInterface& ui = framework::AppUI();
+    const std::optional<std::string> chosen = ui.AskSaveFileName(
+        {"Save As", "TGA Files (*.tga)", ".tga", ProposedOverflowPath(project, page, count)});
+    if (!chosen) return std::nullopt;
+    std::vector<std::string> paths =
+        OverflowPagePaths(std::filesystem::absolute(*chosen).string(), count);
+    if (const std::string refusal = OverflowRefusal(project, paths); !refusal.empty()) {
+        ui.MessageBox(refusal, "Error", framework::MessageIcon::Stop,
+                      framework::MessageButtons::Ok);
+        return std::nullopt;
+    }
+    return paths;
 }
 
 }  // namespace
@@ -376,12 +399,13 @@ bool CTexturePageView::OnCommand(int command) {
         {kTileByHeightThenWidth, TILE_BY_HEIGHT_THEN_WIDTH},
         {kTileByWidthThenHeight, TILE_BY_WIDTH_THEN_HEIGHT},
         {kTileByCircumference, TILE_BY_CIRCUMFERENCE},
-        {kTileBestFit, TILE_BEST_FIT}};
+        {kTileBestFit, TILE_BEST_FIT},
+        {kTileTightest, TILE_TIGHTEST}};
     static constexpr std::pair<int, unsigned> kSpacings[] = {
         {kSpacing0, 0}, {kSpacing1, 1}, {kSpacing2, 2}, {kSpacing3, 3}};
     for (const auto& [id, order] : kTilings) {
         if (command != id) continue;
-        Tile(order);
+        OnTile(order);
         return true;
     }
     for (const auto& [id, spacing] : kSpacings) {
@@ -418,19 +442,52 @@ bool CTexturePageView::OnCommand(int command) {
     }
 }
 
-void CTexturePageView::Tile(int order) {
+TilingReport CTexturePageView::Tile(int order) {
     CTexturePageDoc* document = GetDocument();
-    if (document == nullptr) return;
+    if (document == nullptr) return {};
     SetStatus(0, "Calculating...");
-    float ratio = 0;
+    TilingReport report;
     {
         framework::WaitCursor wait(framework::AppUI());
-        ratio = document->TileRegions(order, spacing_);
+        report = document->Tile(order, spacing_);
     }
-    char text[64];
-    std::snprintf(text, sizeof text, "Fit ratio = %.2f", static_cast<double>(ratio));
-    SetStatus(0, text);
+    SetStatus(0, (FitRatioLine(report.fit_ratio) + "   " + PlacementLine(report)).c_str());
     selected_ = false;
+    canvas_.InvalidateAll();
+    return report;
+}
+
+void CTexturePageView::OnTile(int order) {
+    if (!Tile(order).parked.empty()) OfferOverflow(order);
+}
+
+void CTexturePageView::OfferOverflow(int order) {
+    CTexturePageDoc* document = GetDocument();
+    const CQuilletDoc* project = GetProjectDoc();
+    if (document == nullptr || project == nullptr) return;
+    const OverflowPlan plan =
+        PlanOverflow(document->Page().regions, document->GetPageSize(), order, spacing_);
+    if (plan.pages.empty()) return;
+    const std::string page = document->GetPathName();
+    if (framework::AppUI().MessageBox(OverflowQuestion(plan.pages.front().size()),
+                                      std::filesystem::path(page).filename().string(),
+                                      framework::MessageIcon::Question,
+                                      framework::MessageButtons::YesNo) != framework::Answer::Yes)
+        return;
+    const std::optional<std::vector<std::string>> paths =
+        AskOverflowPaths(*project, page, plan.pages.size());
+    if (!paths) return;
+    std::string moved;
+    for (const OverflowPage& made : MoveToOverflowPages(*document, plan, *paths, order, spacing_))
+        moved += (moved.empty() ? "" : "   ") + MovedLine(made);
+    SetStatus(0, moved.c_str());
+    RegionsMoved();
+}
+
+void CTexturePageView::RegionsMoved() {
+    moving_ = selected_ = false;
+    needs_rebuild_ = true;
+    canvas_.PostRebuild();
     canvas_.InvalidateAll();
 }
 
@@ -463,10 +520,7 @@ void CTexturePageView::OnImport() {
     }
     document->TileRegions(TILE_BEST_FIT, spacing_);
     // The tiling moved every region: the old selection's outline means nothing now.
-    selected_ = moving_ = false;
-    needs_rebuild_ = true;
-    canvas_.PostRebuild();
-    canvas_.InvalidateAll();
+    RegionsMoved();
 }
 
 void CTexturePageView::MoveRegionsOutside(CTexturePageDoc* source, CTexturePageDoc* destination) {
@@ -488,10 +542,7 @@ void CTexturePageView::MoveRegionsOutside(CTexturePageDoc* source, CTexturePageD
         destination_view->Tile(TILE_BEST_FIT);
     else
         destination->TileRegions(TILE_BEST_FIT, 0);
-    moving_ = selected_ = false;
-    needs_rebuild_ = true;
-    canvas_.PostRebuild();
-    canvas_.InvalidateAll();
+    RegionsMoved();
 }
 
 void CTexturePageView::OnCopyOutsideToNew() {

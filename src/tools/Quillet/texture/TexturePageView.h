@@ -79,8 +79,11 @@ public:
     void OnCloseWindow() override;
 
     void OnImport();
-    // Tiles by `order` with the view's spacing; shows the fit ratio.
-    void Tile(int order);
+    // Tiles by `order` with the view's spacing; shows the fit ratio and how many regions
+    // found room.
+    TilingReport Tile(int order);
+    // A tiling command: Tile, then an offer to move the regions that did not fit to new pages.
+    void OnTile(int order);
     void OnCopyOutsideToNew();
     void OnCopyOutsideToExisting();
     void OnResizePage();
@@ -110,6 +113,10 @@ private:
     void NudgeSelection(Point delta);
     void UpdateHover(Point page);
     void MoveRegionsOutside(CTexturePageDoc* source, CTexturePageDoc* destination);
+    // Asks whether the regions that tiling by `order` parked go to new pages, and where.
+    void OfferOverflow(int order);
+    // The selection ends and the page is composed anew: its regions moved.
+    void RegionsMoved();
 
     TexturePageCanvas& canvas_;
     ImagePtr back_buffer_;

@@ -249,10 +249,9 @@ Tightness TightnessOf(const std::vector<TileRecord>& records, PageSize page) {
     Tightness tightness;
     PageRect box{0, 0, 0, 0};
     for (const TileRecord& record : records) {
-        const PageRect& r = record.rect;
-        if (r.left < 0 || r.top < 0 || r.right > page.width || r.bottom > page.height) continue;
+        if (!LiesOnPage(record.rect, page)) continue;
         ++tightness.placed;
-        box = UnionRect(box, r);
+        box = UnionRect(box, record.rect);
     }
     tightness.box_pixels = int64_t{RectWidth(box)} * RectHeight(box);
     return tightness;
