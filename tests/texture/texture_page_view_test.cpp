@@ -64,6 +64,15 @@ protected:
         return *view;
     }
 
+    // A view over the project's page, composed once.
+    void ShowPage() {
+        document = OpenPage(*project);
+        view = std::make_unique<CTexturePageView>(canvas);
+        document->AddView(*view);
+        view->OnUpdate(nullptr, 0, nullptr);
+        view->RebuildIfNeeded();
+    }
+
     const TREGION& Region(const std::string& name) {
         return project->RegionOfTexture(page_path, name);
     }
@@ -260,11 +269,7 @@ protected:
                     "<region>c</region>\n</UI region>\n</UI object>\n");
         project = Open("project.qlt", text);
         ASSERT_NE(project, nullptr);
-        document = OpenPage(*project);
-        view = std::make_unique<CTexturePageView>(canvas);
-        document->AddView(*view);
-        view->OnUpdate(nullptr, 0, nullptr);
-        view->RebuildIfNeeded();
+        ShowPage();
         ui.boxes.clear();
     }
 
@@ -347,11 +352,7 @@ TEST_F(TexturePageViewTest, ParkedRegionsMoveToAnotherPageUnlessKeptForTheirObje
     project = Open("project.qlt", text);
     ASSERT_NE(project, nullptr);
     ASSERT_TRUE(project->RegionInUse("kept"));
-    document = OpenPage(*project);
-    view = std::make_unique<CTexturePageView>(canvas);
-    document->AddView(*view);
-    view->OnUpdate(nullptr, 0, nullptr);
-    view->RebuildIfNeeded();
+    ShowPage();
 
     ui.forms.push_back([this, other](framework::Form& form) {
         auto& chooser = dynamic_cast<PageChooserForm&>(form);
@@ -381,11 +382,7 @@ TEST_F(TexturePageViewTest, RegionsMovedOntoAPageNotCutYetLeaveItsOwnRegionsWhol
     project = Open("project.qlt", ProjectText({{"page.tga", {{"moved", {80, 0, 96, 16}}}},
                                                {"other.tga", {{"resident", {16, 16, 24, 24}}}}}));
     ASSERT_NE(project, nullptr);
-    document = OpenPage(*project);
-    view = std::make_unique<CTexturePageView>(canvas);
-    document->AddView(*view);
-    view->OnUpdate(nullptr, 0, nullptr);
-    view->RebuildIfNeeded();
+    ShowPage();
     CTexturePageDoc* destination = project->OpenTexture(other);
     RecordingCanvas other_canvas;
     CTexturePageView other_view(other_canvas);
