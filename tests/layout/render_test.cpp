@@ -16,7 +16,7 @@ namespace {
 constexpr Core::Colour kGrey{0xCD, 0xCD, 0xCD, 0xFF};
 
 using Painter = std::function<Core::Colour(int32_t x, int32_t y)>;
-using PageSpec = std::pair<std::string, std::vector<RegionSpec>>;
+using PageRegions = std::pair<std::string, std::vector<RegionAt>>;
 
 class RenderTest : public TexturePageFixture {
 protected:
@@ -36,7 +36,7 @@ protected:
 
     // Opens a project of the given texture pages (files in the test's folder); `movies` are
     // records placed before the layout section.
-    void OpenProject(const std::vector<PageSpec>& pages, const std::string& movies = "") {
+    void OpenProject(const std::vector<PageRegions>& pages, const std::string& movies = "") {
         std::string text = ProjectText(pages);
         text.insert(text.find("<layout>"), movies);
         Start();
@@ -46,7 +46,7 @@ protected:
     }
 
     // The common case: page.tga, 8x8 pixels painted with SourceColour, cut into `regions`.
-    void OpenWithPage(const std::vector<RegionSpec>& regions) {
+    void OpenWithPage(const std::vector<RegionAt>& regions) {
         page_path = WritePage("page.tga", 8, 8);
         OpenProject({{"page.tga", regions}});
     }

@@ -10,16 +10,17 @@
 #include "model/ProjectFixture.h"
 #include "texture/TexturePageDoc.h"
 
-struct RegionSpec {
+// A region by name and rectangle, as a test lays a page out.
+struct RegionAt {
     std::string name;
     PageRect rect;
 };
 
 // Regions of these names and rectangles, without pictures.
-inline std::vector<TREGION> RegionsOf(const std::vector<RegionSpec>& specs) {
+inline std::vector<TREGION> RegionsOf(const std::vector<RegionAt>& places) {
     std::vector<TREGION> regions;
-    for (const RegionSpec& spec : specs)
-        regions.emplace_back(spec.name, spec.rect, nullptr);
+    for (const RegionAt& region : places)
+        regions.emplace_back(region.name, region.rect, nullptr);
     return regions;
 }
 
@@ -47,11 +48,11 @@ protected:
 
     // A project file with one texture record per page, each with its regions.
     static std::string ProjectText(
-        const std::vector<std::pair<std::string, std::vector<RegionSpec>>>& pages) {
+        const std::vector<std::pair<std::string, std::vector<RegionAt>>>& pages) {
         std::string text = "<version>1.01</version>\r\n";
         for (const auto& [path, regions] : pages) {
             text += "<texture>" + path + "\r\n";
-            for (const RegionSpec& region : regions) {
+            for (const RegionAt& region : regions) {
                 text += "  <region>" + region.name + "\r\n";
                 text += "    <left>" + std::to_string(region.rect.left) + "</left>\r\n";
                 text += "    <top>" + std::to_string(region.rect.top) + "</top>\r\n";
@@ -66,7 +67,7 @@ protected:
 
     // Starts the application on a project of one page with `regions`; the page's file is
     // `page.tga` in the test's folder.
-    CQuilletDoc* StartWithPage(const std::vector<RegionSpec>& regions, int32_t width = 64,
+    CQuilletDoc* StartWithPage(const std::vector<RegionAt>& regions, int32_t width = 64,
                                int32_t height = 64,
                                Core::PixelFormat format = Core::PIXEL_FORMAT_8888) {
         page_path = WritePage("page.tga", width, height, format);

@@ -52,7 +52,7 @@ public:
 class TexturePageViewTest : public TexturePageFixture {
 protected:
     // Opens the page with a view over it, composed once, as its window would be.
-    CTexturePageView& OpenView(const std::vector<RegionSpec>& regions) {
+    CTexturePageView& OpenView(const std::vector<RegionAt>& regions) {
         project = StartWithPage(regions);
         app.SetStatusPane(&status);
         document = OpenPage(*project);

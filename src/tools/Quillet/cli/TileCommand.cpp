@@ -81,22 +81,20 @@ std::string PagePath(const std::string& page, const std::string& project_path) {
     return path;
 }
 
-// Regions parked beside a page would be cut off for good by the save: unless allowed, the
-// command stops before anything is written.
-bool AllFit(const TPAGE* page, PageSize size, const std::string& page_name) {
-    const std::vector<std::string> outside =
-        page != nullptr ? RegionsOutside(*page, size) : std::vector<std::string>{};
-    if (outside.empty()) return true;
-    std::cerr << outside.size() << (outside.size() == 1 ? " region does" : " regions do")
-              << " not fit on " << page_name << ": " << JoinNames(outside) << '\n';
+// Tells of `names` on standard error, when there are any, and answers whether there were none.
+bool NoneOf(const std::vector<std::string>& names, const std::string& one,
+            const std::string& many) {
+    if (names.empty()) return true;
+    std::cerr << Counted(names.size(), one, many) << JoinNames(names) << '\n';
     return false;
 }
 
-// Tells of `names` on standard error, when there are any, and answers whether there were none.
-bool NoneOf(const std::vector<std::string>& names, const char* one, const char* many) {
-    if (names.empty()) return true;
-    std::cerr << names.size() << (names.size() == 1 ? one : many) << JoinNames(names) << '\n';
-    return false;
+// Regions parked beside a page would be cut off for good by the save: unless allowed, the
+// command stops before anything is written.
+bool AllFit(const TPAGE* page, PageSize size, const std::string& page_name) {
+    return page == nullptr ||
+           NoneOf(RegionsOutside(*page, size), " region does not fit on " + page_name + ": ",
+                  " regions do not fit on " + page_name + ": ");
 }
 
 // Whether every parked region can move to a new page; those that cannot would stay parked

@@ -28,10 +28,6 @@ struct PageToWrite {
     PageSize size;
 };
 
-std::string Counted(size_t count, const char* one, const char* many) {
-    return std::to_string(count) + (count == 1 ? one : many);
-}
-
 // Every file about to be replaced that someone else changed since this editor read or wrote
 // it is overwritten only on the person's word.
 bool OverwriteAllowed(framework::UserInterface& ui, const std::vector<std::string>& files) {
@@ -78,6 +74,10 @@ std::vector<std::string> RegionsOutside(const TPAGE& page, PageSize size) {
         if (!LiesOnPage(region.rect, size)) names.push_back(region.name);
     }
     return names;
+}
+
+std::string Counted(size_t count, const std::string& one, const std::string& many) {
+    return std::to_string(count) + (count == 1 ? one : many);
 }
 
 std::string JoinNames(const std::vector<std::string>& names) {

@@ -24,6 +24,8 @@ std::string BusyMessage(const std::string& project);
 std::vector<std::string> RegionsOutside(const TPAGE& page, PageSize size);
 // "a, b, c"
 std::string JoinNames(const std::vector<std::string>& names);
+// The count followed by `one` when it is 1, else by `many`: "3 regions do not fit".
+std::string Counted(size_t count, const std::string& one, const std::string& many);
 
 // A file as it stood on disk; an absent file has a stamp of its own.
 struct DiskStamp {

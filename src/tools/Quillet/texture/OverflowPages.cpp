@@ -7,6 +7,7 @@
 #include "RegionTiler.h"
 #include "TexturePageDoc.h"
 #include "model/QuilletDoc.h"
+#include "model/SaveGuard.h"
 #include "model/page_rect.h"
 
 namespace {
@@ -55,14 +56,17 @@ size_t MoveRegions(CQuilletDoc& project, CTexturePageDoc& from, CTexturePageDoc&
     return moved;
 }
 
+// STEM-NUMBER.EXT beside `path`.
+std::string Numbered(const std::filesystem::path& path, size_t number) {
+    const std::string name =
+        path.stem().string() + "-" + std::to_string(number) + path.extension().string();
+    return (path.parent_path() / name).string();
+}
+
 }  // namespace
 
 std::string OverflowPagePath(const std::string& first, size_t index) {
-    if (index == 0) return first;
-    const std::filesystem::path path(first);
-    const std::string name =
-        path.stem().string() + "-" + std::to_string(index + 1) + path.extension().string();
-    return (path.parent_path() / name).string();
+    return index == 0 ? first : Numbered(first, index + 1);
 }
 
 std::vector<std::string> OverflowPagePaths(const std::string& first, size_t count) {
@@ -114,18 +118,14 @@ std::string OverflowRefusal(const CQuilletDoc& project, const std::vector<std::s
 
 std::string ProposedOverflowPath(const CQuilletDoc& project, const std::string& page,
                                  size_t count) {
-    const std::filesystem::path path(page);
     for (size_t number = 2;; ++number) {
-        const std::string name =
-            path.stem().string() + "-" + std::to_string(number) + path.extension().string();
-        const std::string first = (path.parent_path() / name).string();
+        const std::string first = Numbered(page, number);
         if (OverflowRefusal(project, OverflowPagePaths(first, count)).empty()) return first;
     }
 }
 
 std::string MovedLine(const OverflowPage& page) {
-    return "Moved " + std::to_string(page.moved) +
-           (page.moved == 1 ? " region to " : " regions to ") +
+    return "Moved " + Counted(page.moved, " region to ", " regions to ") +
            std::filesystem::path(page.path).filename().string();
 }
 

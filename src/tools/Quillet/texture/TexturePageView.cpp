@@ -12,6 +12,7 @@
 #include "framework/Application.h"
 #include "framework/VirtualKeys.h"
 #include "model/QuilletDoc.h"
+#include "model/SaveGuard.h"
 #include "model/page_rect.h"
 #include "model/report.h"
 #include "shell/CommandIds.h"
@@ -73,8 +74,8 @@ std::optional<CursorShape> EdgeCursor(const PageRect& rect, Point p) {
 }
 
 std::string OverflowQuestion(size_t count) {
-    if (count == 1) return "1 region does not fit. Move it to a new page?";
-    return std::to_string(count) + " regions do not fit. Move them to a new page?";
+    return Counted(count, " region does not fit. Move it to a new page?",
+                   " regions do not fit. Move them to a new page?");
 }
 
 // The paths of `count` new pages after the first one the person names, a free one beside

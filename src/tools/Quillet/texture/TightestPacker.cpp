@@ -276,8 +276,12 @@ void PlaceTightest(std::vector<TileRecord>& records, PageSize page) {
         PlaceByGlobalChoice(score, packings.back(), page);
     }
     size_t kept = 0;
+    Tightness tightest = TightnessOf(packings[0], page);
     for (size_t k = 1; k < packings.size(); ++k) {
-        if (TightnessOf(packings[k], page).TighterThan(TightnessOf(packings[kept], page))) kept = k;
+        const Tightness tightness = TightnessOf(packings[k], page);
+        if (!tightness.TighterThan(tightest)) continue;
+        kept = k;
+        tightest = tightness;
     }
     records = std::move(packings[kept]);
 }
